@@ -1,0 +1,35 @@
+# One interface target carries the language level, the warnings and the Windows
+# version for everything that we compile.
+
+add_library(orvanta_options INTERFACE)
+target_compile_features(orvanta_options INTERFACE cxx_std_20)
+target_include_directories(orvanta_options INTERFACE
+  "${CMAKE_SOURCE_DIR}/src" "${CMAKE_BINARY_DIR}/generated")
+target_compile_definitions(orvanta_options INTERFACE
+  UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN
+  WINVER=0x0A00 _WIN32_WINNT=0x0A00 NTDDI_VERSION=0x0A000003)
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(MSVC)
+  target_compile_options(orvanta_options INTERFACE
+    /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /guard:cf /sdl)
+  target_link_options(orvanta_options INTERFACE /guard:cf /Brepro)
+  # No Visual C++ redistributable: the program must start on a bare machine.
+  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+else()
+  target_compile_options(orvanta_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    -fstack-protector-strong -ffunction-sections -fdata-sections -fno-ident
+    # The same bytes wherever the tree lies on the disk.
+    "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=." "-ffile-prefix-map=${CMAKE_BINARY_DIR}=./build")
+  target_link_options(orvanta_options INTERFACE
+    -static -Wl,--gc-sections -Wl,--tsaware -Wl,--no-insert-timestamp)
+  set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG")
+  set(CMAKE_CXX_FLAGS_DEBUG "-Og -g")
+endif()
+
+if(MINGW)
+  include(link_with_lld)
+endif()

@@ -1,0 +1,3 @@
+#include "common/install_source.h"
+
+std::wstring& g_source_dir = *new std::wstring;
