@@ -1,0 +1,64 @@
+#include "console/files.h"
+
+#include <filesystem>
+#include <string>
+
+#include "common/files.h"
+#include "common/install_source.h"
+#include "common/program_path.h"
+#include "console/location.h"
+#include "console/product.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool deploy_file(const wchar_t* name, const std::string& shown_name, const ProgressFn& progress) {
+    try {
+        copy_file_over(fs::path(g_source_dir) / name, fwc_install_dir() / name);
+    } catch (const fs::filesystem_error& error) {
+        progress("Failed to copy " + shown_name + ": " + error.what(), false);
+        return false;
+    }
+    progress("Deployed " + shown_name, true);
+    return true;
+}
+
+void copy_updater() {
+    try {
+        copy_file_over(running_program_path(), fwc_install_dir() / fwc_updater_name);
+    } catch (const std::exception&) {
+        // The console works without its updater, and a reinstallation may be running from that very file.
+    }
+}
+
+} // namespace
+
+bool deploy_fwc_files(const ProgressFn& progress) {
+    try {
+        create_folders(fwc_install_dir());
+    } catch (const fs::filesystem_error& error) {
+        progress(std::string("Failed to create FWC directory: ") + error.what(), false);
+        return false;
+    }
+    if (!deploy_file(fwc_program_name, "Fortwright.exe", progress)) {
+        return false;
+    }
+    deploy_file(L"WebView2Loader.dll", "WebView2Loader.dll", progress);
+    copy_updater();
+    return true;
+}
+
+void remove_fwc_files(const ProgressFn& progress) {
+    const fs::path install_dir = fwc_install_dir();
+    try {
+        if (entry_exists(install_dir)) {
+            remove_tree(install_dir);
+        }
+    } catch (const fs::filesystem_error&) {
+        schedule_removal_at_reboot(install_dir);
+        progress("FWC files marked for removal on reboot", true);
+        return;
+    }
+    progress("FWC files removed", true);
+}

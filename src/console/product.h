@@ -1,0 +1,14 @@
+#pragma once
+
+/// Names of the hardening console that install and uninstall must agree on.
+
+inline constexpr wchar_t fwc_display_name[] = L"Fortwright Console";
+inline constexpr wchar_t fwc_program_name[] = L"Fortwright.exe";
+inline constexpr wchar_t fwc_updater_name[] = L"updater.exe";
+
+/// Task Scheduler name of the weekly update.
+inline constexpr wchar_t fwc_task_name[] = L"Brackenfold\\FWC Updater";
+
+/// Add/Remove Programs key below HKEY_LOCAL_MACHINE.
+inline constexpr wchar_t fwc_uninstall_key[] =
+    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\FortwrightConsole";
