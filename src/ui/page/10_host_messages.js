@@ -1,0 +1,61 @@
+
+// Messages from the host. A text that does not parse is dropped.
+window.chrome.webview.addEventListener('message', function (e) {
+  let data;
+  try {
+    data = JSON.parse(e.data);
+  } catch {
+    return;
+  }
+  const label = document.getElementById('progress-label');
+  switch (data?.action) {
+    case 'status':
+      label.textContent = data.text;
+      break;
+    case 'pct':
+      setProgress(data.v);
+      break;
+    case 'progress':
+      label.textContent = data.step || '';
+      break;
+    case 'browsers_detected':
+      browsers = data.browsers || [];
+      finishInstalling();
+      setTimeout(function () {
+        if (browsers.length > 0) {
+          currentBrowserIdx = 0;
+          showBrowserStep();
+          goTo('s-browser');
+        } else {
+          goTo('s-firefox-notice');
+        }
+      }, 800);
+      break;
+    case 'webstore_opened':
+      // Time for the browser's window to come up in front.
+      setTimeout(function () {
+        document.getElementById('browser-actions').style.display = 'none';
+        document.getElementById('browser-confirm').style.display = 'flex';
+      }, 1500);
+      break;
+    case 'amo_opened':
+      goTo('s-complete');
+      break;
+    case 'install_complete':
+      finishInstalling();
+      setTimeout(function () { goTo('s-complete'); }, 800);
+      break;
+    case 'uninstall_progress':
+      document.getElementById('uninstall-status').textContent = data.step || 'Cleaning up...';
+      break;
+    case 'uninstall_done':
+      setTimeout(function () { goTo('s-uninstall-done'); }, 600);
+      break;
+  }
+});
+
+function finishInstalling() {
+  setProgress(100);
+  document.getElementById('progress-label').textContent = 'Installation complete!';
+  if (carouselTimer) clearInterval(carouselTimer);
+}
