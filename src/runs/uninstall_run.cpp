@@ -1,0 +1,15 @@
+#include "runs/uninstall_run.h"
+
+#include "browsers/closing.h"
+#include "console/uninstall.h"
+#include "linkward/uninstall.h"
+#include "runs/progress.h"
+#include "ui/protocol.h"
+
+DWORD WINAPI uninstall_thread_proc(void* /*unused*/) noexcept {
+    close_browsers(uninstall_reporter);
+    uninstall_fwc(uninstall_reporter);
+    uninstall_linkward(uninstall_reporter);
+    post_to_page(uninstall_done_message);
+    return 0;
+}
