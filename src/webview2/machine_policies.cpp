@@ -1,0 +1,88 @@
+#include "webview2/machine_policies.h"
+
+#include "webview2/registry_text.h"
+
+#include <algorithm>
+#include <objbase.h>
+#include <shobjidl.h>
+
+namespace {
+
+constexpr std::wstring_view policies_path = L"Software\\Policies\\Microsoft\\Edge\\WebView2\\";
+
+std::wstring path_of_program() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (length < path.size()) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(path.size() * 2);
+    }
+}
+
+/// Empty for a process that never set one, as ours.
+std::wstring app_user_model_id() {
+    PWSTR id = nullptr;
+    if (FAILED(GetCurrentProcessExplicitAppUserModelID(&id))) {
+        return {};
+    }
+    std::wstring text = id;
+    CoTaskMemFree(id);
+    return text;
+}
+
+} // namespace
+
+std::vector<std::wstring> policy_value_names(std::wstring_view app_user_model_id,
+                                             std::wstring_view program_file_name, PolicyScope scope) {
+    std::vector<std::wstring> names;
+    // A nameless value is the key's default value, which is no policy.
+    if (!app_user_model_id.empty()) {
+        names.emplace_back(app_user_model_id);
+    }
+    names.emplace_back(program_file_name);
+    if (scope == PolicyScope::any_program) {
+        names.emplace_back(L"*");
+    }
+    return names;
+}
+
+std::wstring machine_policy(const wchar_t* policy_name, PolicyScope scope) {
+    const std::wstring key_path = std::wstring(policies_path) + policy_name;
+    const std::wstring program = path_of_program();
+    const std::wstring file_name = program.substr(program.rfind(L'\\') + 1);
+    for (const std::wstring& name : policy_value_names(app_user_model_id(), file_name, scope)) {
+        std::wstring value = read_registry_text(HKEY_LOCAL_MACHINE, key_path.c_str(), 0, name.c_str());
+        if (!value.empty()) {
+            return value;
+        }
+    }
+    return {};
+}
+
+std::wstring folder_of_program() {
+    const std::wstring program = path_of_program();
+    return program.substr(0, program.rfind(L'\\') + 1);
+}
+
+bool is_stable_channel_allowed(std::wstring_view release_channels) {
+    if (release_channels.empty()) {
+        return true;
+    }
+    constexpr std::wstring_view stable = L"0";
+    constexpr std::wstring_view blanks = L" \t";
+    while (!release_channels.empty()) {
+        const std::size_t comma = release_channels.find(L',');
+        std::wstring_view channel = release_channels.substr(0, comma);
+        release_channels.remove_prefix(comma == std::wstring_view::npos ? release_channels.size()
+                                                                        : comma + 1);
+        channel.remove_prefix(std::min(channel.find_first_not_of(blanks), channel.size()));
+        channel = channel.substr(0, channel.find_last_not_of(blanks) + 1);
+        if (channel == stable) {
+            return true;
+        }
+    }
+    return false;
+}
