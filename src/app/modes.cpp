@@ -1,0 +1,46 @@
+#include "app/modes.h"
+
+#include <objbase.h>
+
+#include "app/webview_host.h"
+#include "app/window.h"
+#include "browsers/closing.h"
+#include "console/install.h"
+#include "console/uninstall.h"
+#include "linkward/install.h"
+#include "linkward/uninstall.h"
+#include "runs/progress.h"
+
+int run_windowless_install() {
+    close_browsers(silent_progress);
+    const bool console_installed = install_fwc(silent_progress);
+    const bool linkward_installed = install_linkward(silent_progress);
+    return console_installed && linkward_installed ? 0 : 1;
+}
+
+int run_windowless_uninstall() {
+    close_browsers(silent_progress);
+    uninstall_fwc(silent_progress);
+    return uninstall_linkward(silent_progress);
+}
+
+int run_window(HINSTANCE instance) {
+    // Cannot fail on a thread that is new to COM.
+    static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    create_main_window(instance);
+    init_webview(g_main_window);
+    const int exit_code = run_message_loop();
+    CoUninitialize();
+    return exit_code;
+}
+
+int run_elevated(HINSTANCE instance, const Options& options) {
+    if (options.uninstall) {
+        return run_windowless_uninstall();
+    }
+    if (options.install || options.silent) {
+        return run_windowless_install();
+    }
+    g_uninstall_gui = options.uninstall_gui;
+    return run_window(instance);
+}
