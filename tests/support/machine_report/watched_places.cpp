@@ -1,0 +1,84 @@
+#include "watched_places.h"
+
+#include <shlobj.h>
+
+namespace {
+
+struct Browser {
+    const wchar_t* name;
+    const wchar_t* vendor_key; ///< below SOFTWARE, and again below SOFTWARE\Policies
+};
+
+constexpr Browser browsers[] = {
+    {L"Microsoft Edge", L"Microsoft\\Edge"},     {L"Google Chrome", L"Google\\Chrome"},
+    {L"Brave", L"BraveSoftware\\Brave-Browser"}, {L"Vivaldi", L"Vivaldi"},
+    {L"Opera", L"Opera Software\\Opera Stable"}, {L"Opera GX", L"Opera Software\\Opera GX Stable"},
+};
+
+constexpr const wchar_t* policy_lists[] = {L"ExtensionInstallForcelist", L"ExtensionInstallAllowlist",
+                                           L"ExtensionInstallSources", L"ExtensionSettings"};
+
+std::vector<WatchedKey> host_parents() {
+    std::vector<WatchedKey> keys;
+    for (const Browser& browser : browsers) {
+        keys.push_back(
+            {browser.name, std::wstring(L"SOFTWARE\\") + browser.vendor_key + L"\\NativeMessagingHosts"});
+    }
+    keys.push_back({L"Firefox", L"SOFTWARE\\Mozilla\\NativeMessagingHosts"});
+    return keys;
+}
+
+} // namespace
+
+std::wstring folder_of_shell(int csidl) {
+    wchar_t path[MAX_PATH] = {};
+    if (FAILED(SHGetFolderPathW(nullptr, csidl, nullptr, SHGFP_TYPE_CURRENT, path))) {
+        return {};
+    }
+    return path;
+}
+
+std::vector<std::wstring> watched_folders() {
+    const std::wstring programs = folder_of_shell(CSIDL_PROGRAM_FILES);
+    return {programs + L"\\Brackenfold", L"C:\\ProgramData\\Brackenfold",
+            programs + L"\\Mozilla Firefox\\distribution"};
+}
+
+std::vector<WatchedKey> watched_uninstall_keys() {
+    const std::wstring parent = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+    return {{L"Fortwright Console", parent + L"FortwrightConsole"},
+            {L"Veyra Linkward", parent + L"VeyraLinkward"}};
+}
+
+std::vector<WatchedKey> watched_host_keys() {
+    std::vector<WatchedKey> keys = host_parents();
+    for (WatchedKey& key : keys) {
+        key.path += L"\\com.veyra.linkward";
+    }
+    return keys;
+}
+
+std::vector<WatchedKey> watched_policy_keys() {
+    std::vector<WatchedKey> keys;
+    for (const Browser& browser : browsers) {
+        for (const wchar_t* list : policy_lists) {
+            keys.push_back(
+                {browser.name, std::wstring(L"SOFTWARE\\Policies\\") + browser.vendor_key + L"\\" + list});
+        }
+        keys.push_back({browser.name, std::wstring(L"SOFTWARE\\") + browser.vendor_key + L"\\Extensions"});
+    }
+    keys.push_back({L"Firefox", L"SOFTWARE\\Policies\\Mozilla\\Firefox\\Extensions"});
+    return keys;
+}
+
+std::vector<WatchedKey> watched_parent_keys() {
+    std::vector<WatchedKey> keys = host_parents();
+    for (const WatchedKey& key : watched_policy_keys()) {
+        keys.push_back(key);
+    }
+    return keys;
+}
+
+std::wstring watched_shortcut() {
+    return folder_of_shell(CSIDL_DESKTOP) + L"\\Fortwright Console.lnk";
+}

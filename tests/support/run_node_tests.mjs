@@ -1,0 +1,28 @@
+// Runs one test file with node's test runner and passes on its result. A file in
+// which no test was executed, or in which one was skipped, counts as failed.
+//
+//   node run_node_tests.mjs <file>
+
+import { spawnSync } from 'node:child_process';
+import { resolve } from 'node:path';
+
+const file = resolve(process.argv[2]);
+const run = spawnSync(process.execPath, ['--test', '--test-reporter=tap', file], {
+  encoding: 'utf8',
+  maxBuffer: 64 * 1024 * 1024,
+});
+process.stdout.write(run.stdout);
+process.stderr.write(run.stderr);
+
+const count = (what) => Number(run.stdout.match(new RegExp(`^# ${what} (\\d+)$`, 'm'))?.[1] ?? NaN);
+// The runner reports a file without tests as one test named after the file.
+const withoutTests = run.stdout.includes(`# Subtest: ${file}\n`);
+const complaint =
+  run.status !== 0 ? 'a test failed'
+  : withoutTests || !(count('pass') > 0) ? 'no test was executed'
+  : count('skipped') + count('todo') + count('cancelled') !== 0 ? 'a test was skipped'
+  : undefined;
+if (complaint) {
+  console.error(`${file}: ${complaint}`);
+  process.exit(1);
+}
