@@ -1,0 +1,95 @@
+#include "child_roles.h"
+
+#include <stdexcept>
+#include <windows.h>
+
+#include "app/elevation.h"
+#include "app/process_hardening.h"
+#include "console/uninstall.h"
+#include "linkward/uninstall.h"
+#include "test_files.h"
+
+namespace {
+
+std::wstring role() {
+    wchar_t name[64] = {};
+    GetEnvironmentVariableW(role_variable, name, 64);
+    return name;
+}
+
+/// Without doctest, which does not run in a child.
+void write_bytes(const wchar_t* path, const std::string& bytes) {
+    const OwnedFile file(
+        CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+template<typename Removal>
+int remove_product(Removal removal) {
+    RecordedReports reports;
+    const int result = static_cast<int>(removal(reports.progress));
+    std::string lines;
+    for (const Report& report : reports.all) {
+        lines += (report.ok ? "+" : "-") + report.text + "\n";
+    }
+    write_bytes(reports_file, lines);
+    return result;
+}
+
+void fail() {
+    throw std::runtime_error("nobody catches this");
+}
+
+void fail_without_a_handler() noexcept { // NOLINT(bugprone-exception-escape): that is what is tested
+    fail();
+}
+
+} // namespace
+
+std::vector<std::wstring> relaunched_arguments() {
+    return {L"ignored.exe", L"--source", L"D:\\My media", L"", L"-s", L"caf\u00E9"};
+}
+
+std::optional<int> play_child_role() {
+    const std::wstring name = role();
+    if (name.empty()) {
+        return std::nullopt;
+    }
+    if (name == role_tell_elevation) {
+        return is_elevated() ? 1 : 0;
+    }
+    if (name == role_relaunch) {
+        // First of all: the second instance must not start a third.
+        SetEnvironmentVariableW(role_variable, role_relaunched);
+        relaunch_elevated(relaunched_arguments());
+        return is_there(relaunched_file) ? 0 : 1;
+    }
+    if (name == role_relaunched) {
+        Sleep(relaunched_life_ms);
+        write_bytes(relaunched_file, utf8_from_wide(GetCommandLineW()));
+        return 7;
+    }
+    if (name == role_remove_linkward) {
+        return remove_product(uninstall_linkward);
+    }
+    if (name == role_remove_console) {
+        return remove_product(uninstall_fwc);
+    }
+    if (name == role_throw) {
+        end_quietly_on_unhandled_exceptions();
+        fail_without_a_handler();
+    }
+    return 99;
+}
+
+Reports reports_of_child() {
+    Reports reports;
+    const std::string lines = bytes_of(reports_file);
+    for (size_t start = 0; start < lines.size();) {
+        const size_t end = lines.find('\n', start);
+        reports.push_back({lines.substr(start + 1, end - start - 1), lines[start] == '+'});
+        start = end + 1;
+    }
+    return reports;
+}

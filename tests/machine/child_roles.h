@@ -1,0 +1,36 @@
+// What this test program does when a test has started it as another process.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "recorded_reports.h"
+
+/// The environment variable that names a role.
+inline constexpr wchar_t role_variable[] = L"ORVANTA_TEST_ROLE";
+
+/// Exits with 1 when it counts as elevated, else with 0.
+inline constexpr wchar_t role_tell_elevation[] = L"tell elevation";
+/// Relaunches itself elevated with `relaunched_arguments`, the second instance in the role below.
+inline constexpr wchar_t role_relaunch[] = L"relaunch";
+/// Writes its command line to `relaunched_file` and ends after `relaunched_life_ms` with exit code 7.
+inline constexpr wchar_t role_relaunched[] = L"relaunched";
+/// Remove a product, write the reports to `reports_file` and exit with the result.
+inline constexpr wchar_t role_remove_linkward[] = L"remove linkward";
+inline constexpr wchar_t role_remove_console[] = L"remove console";
+/// Lets an exception out of a function that must not, as the installer's entry point would.
+inline constexpr wchar_t role_throw[] = L"throw";
+
+inline constexpr wchar_t relaunched_file[] = L"C:\\relaunched.txt";
+inline constexpr wchar_t reports_file[] = L"C:\\reports.txt";
+inline constexpr unsigned long relaunched_life_ms = 400;
+
+/// What the program in the role "relaunch" passes on; the first one is the program's name.
+std::vector<std::wstring> relaunched_arguments();
+
+/// Plays the role that the environment names and gives the exit code; nothing without one.
+std::optional<int> play_child_role();
+
+/// The reports of a child that has removed a product.
+Reports reports_of_child();

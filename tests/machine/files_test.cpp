@@ -1,0 +1,168 @@
+#include "common/files.h"
+
+#include <algorithm>
+#include <doctest/doctest.h>
+#include <string>
+#include <vector>
+#include <windows.h>
+
+#include "common/files_errors.h"
+#include "file_error_text.h"
+#include "intercepted_call.h"
+#include "readable.h"
+#include "test_files.h"
+
+namespace {
+
+DWORD WINAPI attributes_denied(LPCWSTR /*path*/) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_FILE_ATTRIBUTES;
+}
+
+std::vector<std::wstring> names_in(const std::wstring& folder) {
+    std::vector<std::wstring> names;
+    for (const FolderEntry& entry : list_folder(folder)) {
+        CHECK(entry.path.parent_path() == folder);
+        names.push_back(entry.path.filename().wstring() + (entry.is_directory ? L" folder" : L"") +
+                        (entry.is_link ? L" link" : L""));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+} // namespace
+
+TEST_CASE("an entry exists or is not found and everything else is an error") {
+    {
+        write_file(L"C:\\Here\\file.txt", "x", FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+        make_folder(L"C:\\Here\\folder");
+        make_link(L"C:\\Here\\link", L"C:\\Here\\folder");
+        for (const wchar_t* path : {L"C:\\Here", L"C:\\Here\\", L"C:\\HERE\\FILE.TXT", L"C:\\Here\\folder",
+                                    L"C:\\Here\\link", L"C:\\Here\\.\\folder\\..\\file.txt"}) {
+            CAPTURE(path);
+            CHECK(entry_exists(path));
+        }
+        for (const wchar_t* path :
+             {L"", L"C:\\Here\\none", L"C:\\None\\at\\all", L"Q:\\none", L"C:\\Here\\a|b<c>",
+              L"\"C:\\Here\\file.txt\"", L"C:\\Here\\file.txt\\below"}) {
+            CAPTURE(path);
+            CHECK_FALSE(entry_exists(path));
+        }
+    }
+    {
+        const InterceptedCall denied("GetFileAttributesW", attributes_denied);
+        CHECK(error_of([] { entry_exists(L"C:\\Here\\file.txt"); }) ==
+              file_error_text("exists", ERROR_ACCESS_DENIED, {L"C:\\Here\\file.txt"}));
+        CHECK(error_of([] { remove_tree(L"C:\\Here\\file.txt"); }) ==
+              file_error_text("remove_all", ERROR_ACCESS_DENIED, {L"C:\\Here\\file.txt"}));
+    }
+}
+
+TEST_CASE("the same entry is known in every spelling and a missing one is an error") {
+    {
+        const std::wstring file = L"C:\\Here\\file.txt";
+        write_file(file, "x");
+        write_file(L"C:\\Here\\twin.txt", "x");
+        make_folder(L"C:\\Other");
+        REQUIRE(CreateHardLinkW(L"C:\\Here\\hard.txt", file.c_str(), nullptr) != FALSE);
+        make_link(L"C:\\Linked", L"C:\\Here");
+        for (const wchar_t* folder : {L"C:\\Here", L"C:\\HERE", L"c:\\here\\", L"C:\\.\\Here",
+                                      L"C:\\Other\\..\\Here", L"C:/Here/", L"C:\\Linked"}) {
+            CAPTURE(folder);
+            CHECK(is_same_entry(L"C:\\Here", folder));
+            CHECK(is_same_entry(folder, L"C:\\Here"));
+            CHECK_FALSE(is_same_entry(folder, L"C:\\Other"));
+        }
+        CHECK(is_same_entry(file, L"C:\\Here\\hard.txt"));
+        CHECK(is_same_entry(file, L"C:\\Linked\\FILE.txt"));
+        CHECK_FALSE(is_same_entry(file, L"C:\\Here\\twin.txt"));
+        const OwnedFile in_use = lock_file(file);
+        CHECK(is_same_entry(file, L"C:\\Here\\hard.txt"));
+    }
+    {
+        write_file(L"C:\\Here\\file.txt", "x");
+        CHECK(
+            error_of([] { is_same_entry(L"C:\\Here\\none", L"C:\\Here\\file.txt"); }) ==
+            file_error_text("equivalent", ERROR_FILE_NOT_FOUND, {L"C:\\Here\\none", L"C:\\Here\\file.txt"}));
+        CHECK(
+            error_of([] { is_same_entry(L"C:\\Here\\file.txt", L"C:\\None\\none"); }) ==
+            file_error_text("equivalent", ERROR_PATH_NOT_FOUND, {L"C:\\Here\\file.txt", L"C:\\None\\none"}));
+        CHECK(error_of([] { is_same_entry(L"C:\\None", L"C:\\None"); }) ==
+              file_error_text("equivalent", ERROR_FILE_NOT_FOUND, {L"C:\\None", L"C:\\None"}));
+    }
+}
+
+TEST_CASE("folders are made with all missing parents and an existing one is fine") {
+    create_folders(L"C:\\New\\a b\\d\u00E9j\u00E0\\deep");
+    CHECK((attributes_of(L"C:\\New\\a b\\d\u00E9j\u00E0\\deep") & FILE_ATTRIBUTE_DIRECTORY) != 0);
+    create_folders(L"C:\\New\\a b");
+    create_folders(L"C:\\New\\trailing\\");
+    CHECK(is_there(L"C:\\New\\trailing"));
+    make_link(L"C:\\Link", L"C:\\New");
+    create_folders(L"C:\\Link");
+    create_folders(L"C:\\Link\\through");
+    CHECK(is_there(L"C:\\New\\through"));
+
+    write_file(L"C:\\New\\file", "in the way");
+    CHECK(error_of([] { create_folders(L"C:\\New\\file"); }) ==
+          file_error_text("create_directories", ERROR_ALREADY_EXISTS, {L"C:\\New\\file"}));
+    CHECK(error_of([] {
+              create_folders(L"C:\\New\\file\\below");
+          }).rfind("filesystem error: create_directories: ", 0) == 0);
+    CHECK(bytes_of(L"C:\\New\\file") == "in the way");
+}
+
+TEST_CASE("a folder is listed with files and folders and links but not itself") {
+    write_file(L"C:\\List\\a file.txt", "x", FILE_ATTRIBUTE_HIDDEN);
+    write_file(L"C:\\List\\.dot", "x");
+    write_file(L"C:\\List\\..two dots", "x");
+    write_file(L"C:\\List\\folder\\below.txt", "x");
+    write_file(L"C:\\List\\\u65E5\u672C.txt", "x");
+    make_link(L"C:\\List\\joined", L"C:\\List\\folder");
+    make_folder(L"C:\\Empty");
+    CHECK(names_in(L"C:\\List") == std::vector<std::wstring>{L"..two dots", L".dot", L"a file.txt",
+                                                             L"folder folder", L"joined folder link",
+                                                             L"\u65E5\u672C.txt"});
+    CHECK(names_in(L"C:\\Empty").empty());
+    CHECK(error_of([] { list_folder(L"C:\\None"); }) ==
+          file_error_text("directory_iterator", ERROR_PATH_NOT_FOUND, {L"C:\\None"}));
+    CHECK(error_of([] {
+              list_folder(L"C:\\List\\.dot");
+          }).rfind("filesystem error: directory_iterator: ", 0) == 0);
+}
+
+TEST_CASE("a lowered extension begins at the last dot of the name alone") {
+    const std::vector<std::pair<std::wstring, std::string>> expected = {{L"Policy.PEM", ".pem"},
+                                                                        {L"a.b.Crx", ".crx"},
+                                                                        {L".pem", ""},
+                                                                        {L"no extension", ""},
+                                                                        {L"ends in a dot.", "."},
+                                                                        {L"..pem", ".pem"},
+                                                                        {L"C:\\x.dir\\name", ""},
+                                                                        {L"C:\\x.dir\\.vybf", ""},
+                                                                        {L"x.pem ", ".pem "},
+                                                                        {L"x.\u00C9", ".\xC9"},
+                                                                        {L"x.\uFF50\uFF45\uFF4D", ".???"},
+                                                                        {L"x.\u65E5", ".?"},
+                                                                        {L"x.\u212Aem", ".?em"},
+                                                                        {L".", ""},
+                                                                        {L"..", ""}};
+    for (const auto& row : expected) {
+        CAPTURE(row.first);
+        CHECK(lower_extension(row.first) == row.second);
+    }
+}
+
+TEST_CASE("every error text of the system fits on one line") {
+    for (int number = 0; number < 20000; ++number) {
+        const std::string text = win32_category().message(number);
+        const bool is_one_line =
+            text.find_first_of("\r\n\t") == std::string::npos && !text.empty() && text.back() != ' ';
+        if (!is_one_line) {
+            FAIL_CHECK(number << ": " << text);
+        }
+    }
+    CHECK(win32_category().message(0x1FFFFFF) == "error 33554431");
+    CHECK(error_of([] { throw_file_error("copy", 34, L"C:\\a", L"C:\\b"); }).find_first_of("\r\n") ==
+          std::string::npos);
+}

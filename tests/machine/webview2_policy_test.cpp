@@ -1,0 +1,115 @@
+// What the caller and the machine's policies say about the runtime, and what has
+// no say in it.
+#include <doctest/doctest.h>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "webview2_machine.h"
+
+TEST_CASE("the folder that the caller names is a fixed runtime of any version") {
+    const Machine machine;
+    const auto folder = Machine::place_runtime(L"fixed");
+    CHECK(Creation(folder.c_str()).has_environment());
+    CHECK(Machine::calls() == std::vector<std::string>{"(true, 1, C:\\data, null)"});
+    CHECK(Creation((folder + L"\\nothing").c_str()).started == no_runtime);
+}
+
+TEST_CASE("a relative folder is one below the program's own") {
+    const Machine machine;
+    const auto folder = Machine::place_runtime(L"fixed");
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const std::filesystem::path own =
+        std::filesystem::path(program).parent_path() / L"webview2_fixed_runtime";
+    std::filesystem::create_directories(own / L"EBWebView\\x64");
+    CopyFileW(Machine::dll_of(folder).c_str(), Machine::dll_of(own.wstring()).c_str(), FALSE);
+    CHECK(Creation(L"webview2_fixed_runtime").has_environment());
+    CHECK(Machine::is_loaded(own.wstring()));
+    CHECK_FALSE(Machine::is_loaded(folder));
+}
+
+TEST_CASE("the machine's policy chooses the runtime") {
+    const Machine machine;
+    const auto installed = Machine::place_runtime(L"120.0.2210.91");
+    const auto fixed = Machine::place_runtime(L"fixed");
+    const auto other = Machine::place_runtime(L"other");
+    Machine::register_for_machine(installed);
+    SUBCASE("for every program") {
+        set_policy(L"BrowserExecutableFolder", L"*", fixed);
+        CHECK(Creation().has_environment());
+    }
+    SUBCASE("for this program before every program") {
+        set_policy(L"BrowserExecutableFolder", L"*", other);
+        set_policy(L"BrowserExecutableFolder", name_of_program().c_str(), fixed);
+        CHECK(Creation().has_environment());
+    }
+    SUBCASE("over the folder that the program asks for") {
+        set_policy(L"BrowserExecutableFolder", L"*", fixed);
+        CHECK(Creation(other.c_str()).has_environment());
+    }
+    CHECK(Machine::calls() == std::vector<std::string>{"(true, 1, C:\\data, null)"});
+    CHECK(Machine::is_loaded(fixed));
+    CHECK_FALSE(Machine::is_loaded(other));
+    CHECK_FALSE(Machine::is_loaded(installed));
+}
+
+TEST_CASE("a policy for another program or a folder without a runtime is no way around") {
+    const Machine machine;
+    const auto installed = Machine::place_runtime(L"120.0.2210.91");
+    Machine::register_for_machine(installed);
+    SUBCASE("another program") {
+        set_policy(L"BrowserExecutableFolder", L"another.exe", Machine::place_runtime(L"fixed"));
+        CHECK(Creation().has_environment());
+        CHECK(Machine::is_loaded(installed));
+    }
+    SUBCASE("no runtime in the folder") {
+        set_policy(L"BrowserExecutableFolder", L"*", Machine::folder() + L"\\nothing");
+        CHECK(Creation().started == no_runtime);
+    }
+}
+
+TEST_CASE("a policy of release channels without the stable one leaves no runtime") {
+    const Machine machine;
+    Machine::register_for_machine(Machine::place_runtime(L"120.0.2210.91"));
+    SUBCASE("1,2,3") {
+        set_policy(L"ReleaseChannels", L"*", L"1,2,3");
+        CHECK(Creation().started == no_runtime);
+    }
+    SUBCASE("0,1") {
+        set_policy(L"ReleaseChannels", name_of_program().c_str(), L"0,1");
+        set_policy(L"ReleaseChannels", L"*", L"1");
+        CHECK(Creation().has_environment());
+    }
+}
+
+TEST_CASE("the user data folder follows a policy for this program and never one for all programs") {
+    const Machine machine;
+    Machine::register_for_machine(Machine::place_runtime(L"120.0.2210.91"));
+    set_policy(L"UserDataFolder", L"*", L"C:\\for all");
+    CHECK(Creation().started == S_OK);
+    set_policy(L"UserDataFolder", name_of_program().c_str(), L"C:\\for this");
+    CHECK(Creation().started == S_OK);
+    CHECK(Creation(nullptr, nullptr).started == S_OK);
+    CHECK(Machine::calls() == std::vector<std::string>{"(true, 0, C:\\data, null)",
+                                                       "(true, 0, C:\\for this, null)",
+                                                       "(true, 0, C:\\for this, null)"});
+}
+
+TEST_CASE("neither the user's policies nor environment variables are looked at") {
+    const Machine machine;
+    const auto installed = Machine::place_runtime(L"120.0.2210.91");
+    const auto planted = Machine::place_runtime(L"planted");
+    Machine::register_for_machine(installed);
+    set_policy(L"BrowserExecutableFolder", L"*", planted, HKEY_CURRENT_USER);
+    set_policy(L"ReleaseChannels", L"*", L"1", HKEY_CURRENT_USER);
+    set_policy(L"UserDataFolder", name_of_program().c_str(), L"C:\\planted", HKEY_CURRENT_USER);
+    SetEnvironmentVariableW(L"WEBVIEW2_BROWSER_EXECUTABLE_FOLDER", planted.c_str());
+    SetEnvironmentVariableW(L"WEBVIEW2_USER_DATA_FOLDER", L"C:\\planted");
+    SetEnvironmentVariableW(L"WEBVIEW2_RELEASE_CHANNELS", L"1");
+    SetEnvironmentVariableW(L"WEBVIEW2_CHANNEL_SEARCH_KIND", L"1");
+    CHECK(Creation().has_environment());
+    CHECK(Machine::calls() == std::vector<std::string>{"(true, 0, C:\\data, null)"});
+    CHECK(Machine::is_loaded(installed));
+    CHECK_FALSE(Machine::is_loaded(planted));
+}
