@@ -1,0 +1,16 @@
+// Debian's Chromium, driven by playwright-core, which must not fetch a browser of its own.
+
+import { chromium } from 'playwright-core';
+
+/** Starts a headless browser that contacts nobody. The caller closes it. */
+export function launchChromium(options = {}) {
+  return chromium.launch({
+    executablePath: '/usr/bin/chromium',
+    args: [
+      // Chromium refuses to start as root with its sandbox on.
+      '--no-sandbox', '--disable-gpu', '--no-first-run', '--disable-background-networking',
+      '--disable-component-update', '--disable-sync', '--hide-scrollbars',
+    ],
+    ...options,
+  });
+}
