@@ -1,0 +1,113 @@
+// The programs that stand in for what a test machine cannot have: a test that
+// relies on them is worth no more than they are.
+
+import assert from 'node:assert/strict';
+import { cpSync, readFileSync, writeFileSync } from 'node:fs';
+import { test } from 'node:test';
+import { setTimeout as pause } from 'node:timers/promises';
+import { built, makeMachine, setupFolder } from './support/machine.mjs';
+
+const log = (machine, name) => readFileSync(machine.path(`C:\\${name}`), 'utf8');
+
+async function until(what, holds) {
+  for (const deadline = Date.now() + 20000; Date.now() < deadline; await pause(50)) {
+    if (await holds()) {
+      return;
+    }
+  }
+  assert.fail(`waited in vain until ${what}`);
+}
+
+test('the recorder in place of schtasks writes its command line and ends as it was told', async (t) => {
+  const machine = await makeMachine(t);
+  assert.deepEqual(await machine.run('schtasks.exe', ['/Query', 'a b']), { code: 0, stdout: '', stderr: '' });
+  writeFileSync(machine.path('C:\\schtasks.exit'), '7\r\n');
+  assert.equal((await machine.run('schtasks.exe', ['/TN', 'Grüße'])).code, 7);
+  const path = '"C:\\windows\\system32\\schtasks.exe"';
+  assert.equal(log(machine, 'schtasks.log'), `${path} /Query "a b"\r\n${path} /TN Grüße\r\n`);
+});
+
+test('a recorder browser writes its path and command line, and stays when it is asked to', async (t) => {
+  const machine = await makeMachine(t);
+  const browser = 'C:\\chrome.exe';
+  cpSync(built('ORVANTA_BROWSER'), machine.path(browser));
+  assert.equal((await machine.run(browser, ['https://store.example/a?b=c&d'])).code, 0);
+  assert.equal(log(machine, 'browsers.log'), `${browser}\t"${browser}" https://store.example/a?b=c&d\r\n`);
+
+  const staying = machine.start(browser, ['--stay']);
+  let ended = false;
+  staying.ended.then(() => { ended = true; });
+  await until('the second call is recorded', () => log(machine, 'browsers.log').split('\r\n').length === 3);
+  assert.equal(ended, false);
+  assert.equal((await machine.run('taskkill.exe', ['/F', '/IM', 'chrome.exe'])).code, 0);
+  await staying.ended;
+});
+
+test('the sample messaging host sends every message back and ends with the pipe', async (t) => {
+  const machine = await makeMachine(t);
+  const message = (text) => {
+    const length = Buffer.alloc(4);
+    length.writeUInt32LE(Buffer.byteLength(text));
+    return Buffer.concat([length, Buffer.from(text)]);
+  };
+  // The second one is longer than a pipe and full of what text mode would spoil.
+  const sent = Buffer.concat([message('{"a":"ü"}'), message(`"${'\r\n\x1a'.repeat(40000)}"`), message('')]);
+  const echo = (bytes) => {
+    writeFileSync(machine.path('C:\\in.bin'), bytes);
+    return machine.run('C:\\windows\\system32\\cmd.exe',
+      ['/C', `${setupFolder}\\VeyraLinkwardCommunicator.exe < C:\\in.bin > C:\\out.bin`]);
+  };
+  assert.equal((await echo(sent)).code, 0);
+  assert.ok(readFileSync(machine.path('C:\\out.bin')).equals(sent));
+  // A length without its text, and one that no browser accepts.
+  assert.equal((await echo(Buffer.from([5, 0, 0, 0, 0x7b]))).code, 1);
+  assert.equal((await echo(Buffer.from([0, 0, 0, 2, 0x7b]))).code, 1);
+});
+
+const createService = async (machine, behaviour) => {
+  if (behaviour) {
+    writeFileSync(machine.path(`${setupFolder}\\VeyraLinkward.behaviour`), `${behaviour}\n`);
+  }
+  const created = await machine.run('sc.exe',
+    ['create', 'VeyraLinkward', 'binPath=', `${setupFolder}\\VeyraLinkward.exe`]);
+  assert.equal(created.code, 0);
+};
+const control = async (machine, verb) => {
+  const { code, stdout, stderr } = await machine.run('sc.exe', [verb, 'VeyraLinkward']);
+  assert.equal(code, 0, `sc ${verb} said: ${stdout}${stderr}`);
+};
+const serviceState = async (machine) => (await machine.report()).service.state;
+
+test('the sample service starts, answers and stops', async (t) => {
+  const machine = await makeMachine(t);
+  await createService(machine);
+  assert.equal(await serviceState(machine), 'stopped');
+  await control(machine, 'start');
+  await until('it runs', async () => await serviceState(machine) === 'running');
+  await control(machine, 'stop');
+  await until('it has stopped', async () => await serviceState(machine) === 'stopped');
+});
+
+test('the sample service refuses to start when it is told to', async (t) => {
+  const machine = await makeMachine(t);
+  await createService(machine, 'exit_at_start');
+  await machine.run('sc.exe', ['start', 'VeyraLinkward']);
+  assert.equal(await serviceState(machine), 'stopped');
+  writeFileSync(machine.path(`${setupFolder}\\VeyraLinkward.behaviour`), 'start_error 5\n');
+  await machine.run('sc.exe', ['start', 'VeyraLinkward']);
+  await until('it gave its reason', async () =>
+    (await machine.run('sc.exe', ['query', 'VeyraLinkward'])).stdout.includes('WIN32_EXIT_CODE    : 5 '));
+  assert.equal(await serviceState(machine), 'stopped');
+});
+
+test('the sample service outlives a stop as long as it is told to', async (t) => {
+  const machine = await makeMachine(t);
+  await createService(machine, 'ignore_stop_ms 4000');
+  await control(machine, 'start');
+  await until('it runs', async () => await serviceState(machine) === 'running');
+  const asked = Date.now();
+  await control(machine, 'stop');
+  assert.equal(await serviceState(machine), 'running');
+  await until('it has stopped', async () => await serviceState(machine) === 'stopped');
+  assert.ok(Date.now() - asked >= 4000);
+});

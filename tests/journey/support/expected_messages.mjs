@@ -1,0 +1,64 @@
+// What page and program say to each other, text for text.
+
+const said = (from) => (text) => [from, text];
+export const page = said('page');
+export const program = said('program');
+
+const status = (text) => program(`{"action":"status","text":"${text}"}`);
+const percent = (number) => program(`{"action":"pct","v":${number}}`);
+export const step = (text, ok = true) => program(`{"action":"progress","step":"${text}","ok":${ok}}`);
+export const removalStep = (text) => program(`{"action":"uninstall_progress","step":"${text}","ok":true}`);
+
+export const installRequest = (console, linkward) => page(`{"action":"install","fwc":${console},"lw":${linkward}}`);
+
+export const browsersClosed = (report = 'No browsers running') => [
+  status('Closing browser processes...'), step(report), percent(5),
+];
+
+export const consoleInstalled = (end) => [
+  status('Installing Fortwright Console...'),
+  step('Deployed Fortwright.exe'),
+  step('Deployed WebView2Loader.dll'),
+  step('Created desktop shortcut'),
+  step('Scheduled weekly update'),
+  step('Registered in Add/Remove Programs'),
+  step('FWC installation complete'),
+  percent(end),
+];
+
+export const linkwardInstalled = [
+  status('Installing Veyra Linkward...'),
+  step('Deployed bloom filter to ProgramData'),
+  step('Deployed bloom filter to ProgramData'),
+  step('Deployed 4 files'),
+  step('Service installed and started'),
+  step('Native messaging hosts registered'),
+  step('Registered in Add/Remove Programs'),
+  percent(85),
+  status('Detecting installed browsers...'),
+  percent(100),
+];
+
+export const completeWithoutLinkward = [percent(100), program('{"action":"install_complete"}')];
+
+export const browsersDetected = (names) => program(
+  `{"action":"browsers_detected","browsers":[${names.map((name, i) => `{"name":"${name}","index":${i}}`).join()}]}`);
+
+export const storeOpened = (index) => [
+  page(`{"action":"open_webstore","index":${index}}`), program(`{"action":"webstore_opened","index":${index}}`),
+];
+export const amoOpened = [page('{"action":"open_amo"}'), program('{"action":"amo_opened"}')];
+export const closeRequest = page('{"action":"close"}');
+
+/** A removal; `files` is what becomes of each product's files. */
+export const removal = ({ console = 'FWC files removed', linkward = 'Files removed' } = {}) => [
+  page('{"action":"uninstall"}'),
+  ...['No browsers running', 'Removed scheduled task', 'Removed desktop shortcut', 'Removed registry entries',
+    console, 'FWC uninstall complete', 'Service removed', 'Native messaging removed',
+    'Extension policies cleaned', linkward, 'Uninstall complete'].map(removalStep),
+  program('{"action":"uninstall_done"}'),
+];
+
+const host = 'https://chromewebstore.brackenfold.example';
+export const storePage = `${host}/detail/veyra-linkward/dgldcbgpnkooljhfhcjpkojcdnfkepnb`;
+export const addonPage = 'https://addons.brackenfold.example/en-GB/firefox/addon/veyra-linkward/';

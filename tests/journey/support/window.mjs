@@ -1,0 +1,89 @@
+// The installer with its window on a machine that has the stand-in WebView2
+// runtime, and the page of it in a real browser.
+
+import { existsSync, readFileSync } from 'node:fs';
+import { launchBrowser, startBridge } from '../../standins/webview2_runtime/bridge/bridge.mjs';
+import { startDisplay } from '../../support/display.mjs';
+import { installer, makeMachine } from './machine.mjs';
+
+/** What the tests of a file share: a screen and a browser. End both with `stop`. */
+export async function startSurroundings() {
+  const [display, browser] = await Promise.all([startDisplay(), launchBrowser()]);
+  return {
+    display,
+    browser,
+    async stop() {
+      await browser.close();
+      await display.stop();
+    },
+  };
+}
+
+/** Where each known browser's program lies when it is installed for everybody. */
+export const browserPlaces = {
+  'Microsoft Edge': 'C:\\Program Files (x86)\\Microsoft\\Edge\\Application\\msedge.exe',
+  'Google Chrome': 'C:\\Program Files\\Google\\Chrome\\Application\\chrome.exe',
+  Brave: 'C:\\Program Files\\BraveSoftware\\Brave-Browser\\Application\\brave.exe',
+  Vivaldi: 'C:\\Program Files\\Vivaldi\\Application\\vivaldi.exe',
+  Opera: 'C:\\Program Files\\Opera\\opera.exe',
+  'Opera GX': 'C:\\Program Files\\Opera GX\\opera.exe',
+};
+
+/** A machine with a screen, recorder browsers at the places named, and the runtime unless told otherwise. */
+export async function makeWindowMachine(t, surroundings, { browsers = [], runtime = true, dpi } = {}) {
+  const machine = await makeMachine(t, { display: surroundings.display.name });
+  const reg = async (...words) => {
+    const { code, stdout, stderr } = await machine.run('reg', ['add', ...words, '/f']);
+    if (code !== 0) {
+      throw new Error(`reg add ${words.join(' ')}: ${stdout}${stderr}`);
+    }
+  };
+  for (const name of browsers) {
+    await machine.prepare('add_browser', browserPlaces[name]);
+  }
+  await machine.prepare('set_default_browser', 'C:\\Browsers\\default.exe');
+  if (runtime) {
+    await machine.prepare('add_runtime');
+  }
+  if (dpi) {
+    await reg('HKCU\\Control Panel\\Desktop', '/v', 'LogPixels', '/t', 'REG_DWORD', '/d', String(dpi));
+  }
+  return Object.assign(machine, {
+    reg,
+    /** How each recorder browser was started: its own path and its command line. */
+    launches() {
+      const log = machine.path('C:\\browsers.log');
+      const lines = existsSync(log) ? readFileSync(log, 'utf8').split(/\r?\n/).filter(Boolean) : [];
+      return lines.map((line) => line.split('\t'));
+    },
+  });
+}
+
+/**
+ * Opens the installer's window on a machine. `program` is the bridge's view of it (page, click, transcript
+ * and so on), `ended` gives its exit code. Bridge options go to the bridge.
+ */
+export async function openInstaller(t, surroundings, machine, { options = [], ...bridgeOptions } = {}) {
+  const bridge = await startBridge({ browser: surroundings.browser, ...bridgeOptions });
+  t.after(() => bridge.stop());
+  const { ended } = machine.start(installer, options, bridge.environment);
+  const program = await bridge.nextProgram();
+  await program.ready();
+  return { program, ended, bridge };
+}
+
+/** The screen that is at rest, once the page has come to `id`. */
+export async function atScreen(program, id) {
+  await program.page.waitForFunction((wanted) => {
+    const active = [...document.querySelectorAll('.screen.active')].map((screen) => screen.id);
+    return active.length === 1 && active[0] === wanted && !document.querySelector('.screen.exit');
+  }, id, { timeout: 60000 });
+}
+
+/** Clicks a button of the screen that shows, by its text. */
+export async function press(program, text) {
+  await program.page.locator('.screen.active button', { hasText: text }).click({ timeout: 60000 });
+}
+
+/** Texts of both directions in their order, each with the side it came from. */
+export const conversation = (program) => program.messages().map(({ from, text, json }) => [from, text ?? json]);

@@ -1,0 +1,168 @@
+// What the window does when something is not as it should be: no runtime, a page
+// that dies, messages that the page never sends.
+
+import assert from 'node:assert/strict';
+import { execFileSync } from 'node:child_process';
+import { after, before, describe, test } from 'node:test';
+import { startBridge } from '../standins/webview2_runtime/bridge/bridge.mjs';
+import { startDisplay } from '../support/display.mjs';
+import * as said from './support/expected_messages.mjs';
+import { installer, waitUntil } from './support/machine.mjs';
+import { atScreen, conversation, makeWindowMachine, openInstaller, startSurroundings } from './support/window.mjs';
+
+let surroundings;
+before(async () => { surroundings = await startSurroundings(); });
+after(() => surroundings.stop());
+
+const unhandledException = 3;
+
+/** Asks the installer's windows to close, as the title bar's button does. */
+const closeWindow = (machine) => machine.run('taskkill', ['/im', 'OrvantaInstaller.exe']);
+
+/** A page that does not mind being sent nonsense: the installer's own. */
+async function openForMessages(t) {
+  const machine = await makeWindowMachine(t, surroundings);
+  const installation = await openInstaller(t, surroundings, machine);
+  await atScreen(installation.program, 's-welcome');
+  return { machine, ...installation };
+}
+
+/** Sends a question whose answer is known, so that all before it has been dealt with when it comes. */
+async function settle(program, index = 4711) {
+  await program.post(`{"action":"open_webstore","index":${index}}`);
+  await program.waitFor(({ from, text }) => from === 'program' && text === `{"action":"webstore_opened","index":${index}}`);
+}
+
+describe('in the window', { concurrency: 3 }, () => {
+  for (const options of [[], ['/uninstall'], ['--Silent'], ['--source', '--silent']]) {
+    test(`without a runtime [${options.join(' ')}] opens an empty window that closes with 0`, async (t) => {
+      const display = await startDisplay({ width: 1600, height: 1200 });
+      t.after(() => display.stop());
+      const machine = await makeWindowMachine(t, { display }, { runtime: false });
+      const { ended } = machine.start(installer, options);
+      const screen = { env: { ...process.env, DISPLAY: display.name }, encoding: 'utf8' };
+      const place = () => {
+        try {
+          return execFileSync('xdotool', ['search', '--onlyvisible', '--name', '^Veyra Security Suite — Setup$',
+            'getwindowgeometry', '--shell'], screen);
+        } catch {
+          return ''; // not there yet
+        }
+      };
+      await waitUntil(place, 'the window');
+      const [x, y, width, height] = ['X', 'Y', 'WIDTH', 'HEIGHT'].map((name) => Number(place().match(new RegExp(`^${name}=(-?\\d+)$`, 'm'))[1]));
+      // A caption on top, in the middle of the screen.
+      assert.ok(width >= 920 && width <= 930 && height > 640 && height <= 680, `${width} x ${height}`);
+      assert.deepEqual([x, y], [Math.trunc((1600 - width) / 2), Math.trunc((1200 - height) / 2)]);
+      await waitUntil(async () => (await closeWindow(machine)).code === 0, 'somebody to tell that the window closes');
+      const { code, stdout, stderr } = await ended;
+      assert.deepEqual([code, stdout, stderr], [0, '', '']);
+      assert.equal((await machine.report()).empty, true);
+    });
+  }
+
+  test('when no control can be made the window stays empty and closes with 0', async (t) => {
+    for (const failure of [{ controllerResult: 0x80004005 | 0 }, { outcomes: 'fail-later,fail-later' }, { outcomes: 'refuse,refuse' }]) {
+      const machine = await makeWindowMachine(t, surroundings);
+      const bridge = await startBridge({ browser: surroundings.browser, ...failure });
+      t.after(() => bridge.stop());
+      const { ended } = machine.start(installer, [], bridge.environment);
+      const program = await bridge.nextProgram();
+      await program.waitFor(({ event, method }) => event === 'handled' || method?.endsWith('Internal'));
+      await waitUntil(async () => (await closeWindow(machine)).code === 0, 'the window to be there');
+      assert.equal((await ended).code, 0);
+      assert.ok(!program.transcript.some(({ event }) => event === 'navigate'));
+    }
+  });
+
+  for (const outcomes of ['refuse,later', 'fail-later,later', 'fail-inside,inside']) {
+    test(`an environment that comes at the second attempt (${outcomes}) shows the page`, async (t) => {
+      const machine = await makeWindowMachine(t, surroundings);
+      const { program } = await openInstaller(t, surroundings, machine, { outcomes });
+      await atScreen(program, 's-welcome');
+    });
+  }
+
+  test('handlers that are called inside the create call work as well', async (t) => {
+    const machine = await makeWindowMachine(t, surroundings);
+    const { program, ended } = await openInstaller(t, surroundings, machine, { outcomes: 'inside' });
+    await atScreen(program, 's-welcome');
+    await program.post('{"action":"close"}');
+    assert.equal((await ended).code, 0);
+  });
+
+  test('the death of the page\'s process leaves a window that can be closed', async (t) => {
+    const { machine, program, ended } = await openForMessages(t);
+    await program.crashPage();
+    await waitUntil(async () => (await closeWindow(machine)).code === 0, 'the window to close');
+    assert.equal((await ended).code, 0);
+    assert.ok(!program.transcript.some(({ event }, i) => event === 'navigate' && i > program.transcript.findIndex((entry) => entry.event === 'crash')));
+  });
+
+  for (const message of [
+    '{"action":"open_webstore"}', '{"action":"open_webstore","index":"x"}', '{"action":"open_webstore","index":2147483648}',
+    '{"action":"open_webstore","index":-99999999999}', '{"action":"open_webstore","index" :0}',
+  ]) {
+    test(`${message} ends the process at once and shows nothing`, async (t) => {
+      const { machine, program, ended } = await openForMessages(t);
+      await program.post(message);
+      const { code, stdout, stderr } = await ended;
+      assert.deepEqual([code, stdout, stderr], [unhandledException, '', '']);
+      assert.deepEqual(conversation(program), [said.page(message)]);
+      const { stdout: tasks } = await machine.run('tasklist', []);
+      assert.doesNotMatch(tasks, /OrvantaInstaller|winedbg/i);
+    });
+  }
+
+  test('messages that are no strings, unknown or oddly written are ignored', async (t) => {
+    const { program } = await openForMessages(t);
+    const ignored = ['', '{}', 'close', '{"action" : "close"}', '{"action":"CLOSE"}', '{"Action":"close"}', '[]', '\u0000',
+      '{"action":"webstore_opened","index":0}', `{"action":"${'x'.repeat(1024 * 1024)}"}`, 'y'.repeat(1024 * 1024)];
+    await program.postAll(ignored);
+    await program.postAll([{ action: 'close' }, 7, true, null, ['close'], 0.5]);
+    await settle(program);
+    assert.deepEqual(conversation(program).filter(([from]) => from === 'program'),
+      [said.program('{"action":"webstore_opened","index":4711}')]);
+    assert.deepEqual(program.troubles(), []);
+  });
+
+  test('an index is read like a number and answered also when it names no browser', async (t) => {
+    const { machine, program } = await openForMessages(t);
+    const cases = [['7', '7'], ['-1', '-1'], ['"5"', '5'], ['3abc', '3'], [' \t6', '6'], ['2147483647', '2147483647'],
+      ['-2147483648', '-2147483648'], ['1,"index":2', '1']];
+    await program.postAll(cases.map(([index]) => `{"action":"open_webstore","index":${index}}`));
+    await settle(program);
+    assert.deepEqual(conversation(program).filter(([from]) => from === 'program').slice(0, -1),
+      cases.map(([, answer]) => said.program(`{"action":"webstore_opened","index":${answer}}`)));
+    assert.deepEqual(machine.launches(), []);
+  });
+
+  test('ten thousand messages in one turn are answered one to one and in order', async (t) => {
+    const { program } = await openForMessages(t);
+    const numbers = Array.from({ length: 10000 }, (_, i) => i);
+    await program.postAll(numbers.map((number) => `{"action":"open_webstore","index":${number}}`));
+    await settle(program, 10000);
+    assert.deepEqual(conversation(program).filter(([from]) => from === 'program'),
+      [...numbers, 10000].map((number) => said.program(`{"action":"webstore_opened","index":${number}}`)));
+    assert.deepEqual(program.troubles(), []);
+  });
+
+  test('a quoted true counts as true and duplicate keys count once', async (t) => {
+    const { program } = await openForMessages(t);
+    const message = '{"action":"install","fwc":"true","fwc":false,"lw":True,"action":"close"}';
+    await program.post(message);
+    await program.waitFor(({ from, text }) => from === 'program' && text === '{"action":"install_complete"}');
+    assert.deepEqual(conversation(program), [
+      said.page(message), ...said.browsersClosed(), ...said.consoleInstalled(90), ...said.completeWithoutLinkward,
+    ]);
+  });
+
+  test('neither product chosen closes browsers and completes', async (t) => {
+    const { machine, program } = await openForMessages(t);
+    await program.post('{"action":"install"}');
+    await program.waitFor(({ from, text }) => from === 'program' && text === '{"action":"install_complete"}');
+    assert.deepEqual(conversation(program),
+      [said.page('{"action":"install"}'), ...said.browsersClosed(), ...said.completeWithoutLinkward]);
+    assert.equal((await machine.report()).empty, true);
+  });
+});
