@@ -1,17 +1,11 @@
 // What the page holds: its order, its ids and every text that it can show at load.
 
 import assert from 'node:assert/strict';
-import { after, before, describe, test } from 'node:test';
-import { launchBrowser, openInstaller, pageText, screens } from './support/installer_page.mjs';
+import { describe, test } from 'node:test';
+import { pageText, screens } from './support/installer_page.mjs';
+import { shareInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
+const installer = shareInstaller();
 
 /** Runs in the page: the visible texts below an element in document order, one entry per element or run. */
 const textsOf = (selector) => installer.page.evaluate((s) => {

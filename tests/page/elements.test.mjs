@@ -1,17 +1,10 @@
 // The elements of the page: levels of headings, classes, bold texts, and the two drawn pictures.
 
 import assert from 'node:assert/strict';
-import { after, before, describe, test } from 'node:test';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { describe, test } from 'node:test';
+import { shareInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
+const installer = shareInstaller();
 
 const attributes = (selector, name) => installer.page.evaluate(
   ([s, n]) => Array.from(document.querySelectorAll(s), (e) => e.getAttribute(n)), [selector, name]);

@@ -1,18 +1,11 @@
 // Every message from the program and what the page makes of it, with fields missing or not.
 
 import assert from 'node:assert/strict';
-import { after, afterEach, before, beforeEach, describe, test } from 'node:test';
-import { launchBrowser, openInstaller, screens } from './support/installer_page.mjs';
+import { describe, test } from 'node:test';
+import { screens } from './support/installer_page.mjs';
+import { shareFreshInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
-beforeEach(() => installer.restart());
-afterEach(() => assert.deepEqual(installer.errors, []));
+const installer = shareFreshInstaller();
 
 const label = () => installer.text('#progress-label');
 const status = () => installer.text('#uninstall-status');

@@ -1,16 +1,10 @@
 // Messages that the page does not know or cannot read change nothing.
 
 import assert from 'node:assert/strict';
-import { after, before, describe, test } from 'node:test';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { describe, test } from 'node:test';
+import { shareInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
+const installer = shareInstaller();
 
 /** Everything that a message could change. */
 const everything = () => installer.page.evaluate(() => ({

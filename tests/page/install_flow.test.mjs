@@ -1,18 +1,10 @@
 // An installation as the user walks it, with real mouse clicks, through every branch.
 
 import assert from 'node:assert/strict';
-import { after, afterEach, before, beforeEach, describe, test } from 'node:test';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { beforeEach, describe, test } from 'node:test';
+import { shareFreshInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
-beforeEach(() => installer.restart());
-afterEach(() => assert.deepEqual(installer.errors, []));
+const installer = shareFreshInstaller();
 
 const continueButton = '#s-close-browsers .btn-primary';
 const backButton = '#s-close-browsers .btn-ghost';

@@ -1,19 +1,13 @@
 // The look of what is pressed and of what stands beside it: buttons, round icons, product cards.
 
 import assert from 'node:assert/strict';
-import { after, before, beforeEach, describe, test } from 'node:test';
+import { beforeEach, describe, test } from 'node:test';
 import {
   accent, border, box, card, cardBorder, centred, dim, expectStyle, round, size, styles, text,
 } from './support/computed_style.mjs';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { shareInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
+const installer = shareInstaller();
 
 describe('buttons', () => {
   const disable = (value) => installer.state(`document.getElementById('btn-install').disabled = ${value}`);

@@ -1,19 +1,14 @@
 // The look: style sheets, page, headings and animations.
 
 import assert from 'node:assert/strict';
-import { after, before, describe, test } from 'node:test';
+import { describe, test } from 'node:test';
 import {
   accent, border, box, column, dim, expectStyle, round, size, text,
 } from './support/computed_style.mjs';
-import { launchBrowser, openInstaller, pageText, screens } from './support/installer_page.mjs';
+import { pageText, screens } from './support/installer_page.mjs';
+import { shareInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
+const installer = shareInstaller();
 
 describe('style sheets', () => {
   const rules = (index) => installer.page.evaluate((i) =>

@@ -1,19 +1,13 @@
 // The look of the steps of an installation: slide show, progress, browser steps, warning box.
 
 import assert from 'node:assert/strict';
-import { after, before, beforeEach, describe, test } from 'node:test';
+import { beforeEach, describe, test } from 'node:test';
 import {
   accent, border, box, column, dim, expectStyle, round, size,
 } from './support/computed_style.mjs';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { shareInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
+const installer = shareInstaller();
 
 describe('slide show', () => {
   beforeEach(() => installer.show('s-installing'));

@@ -1,18 +1,10 @@
 // A removal as the user walks it, from the welcome screen or opened by the program.
 
 import assert from 'node:assert/strict';
-import { after, afterEach, before, beforeEach, describe, test } from 'node:test';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { describe, test } from 'node:test';
+import { shareFreshInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
-beforeEach(() => installer.restart());
-afterEach(() => assert.deepEqual(installer.errors, []));
+const installer = shareFreshInstaller();
 
 const uninstallButton = '#s-welcome .btn-ghost';
 const removeButton = '#s-uninstall-confirm .btn-primary';

@@ -1,18 +1,10 @@
 // Every delay to the millisecond, on a clock that only moves when it is told to.
 
 import assert from 'node:assert/strict';
-import { after, afterEach, before, beforeEach, describe, test } from 'node:test';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { beforeEach, describe, test } from 'node:test';
+import { shareFreshInstaller } from './support/shared_page.mjs';
 
-let browser;
-let installer;
-before(async () => {
-  browser = await launchBrowser();
-  installer = await openInstaller(browser);
-});
-after(() => browser.close());
-beforeEach(() => installer.restart());
-afterEach(() => assert.deepEqual(installer.errors, []));
+const installer = shareFreshInstaller();
 
 /** Nothing of `changed` may be true one millisecond before `delay`, all of it must be at `delay`. */
 async function expectExactly(delay, changed) {
