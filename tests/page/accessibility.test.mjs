@@ -6,7 +6,7 @@ import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { after, before, describe, test } from 'node:test';
 import { pictures } from '../../tools/page/screenshots.mjs';
-import { launchBrowser, openInstaller, screens } from './support/installer_page.mjs';
+import { launchChromium, openInstaller, screens } from './support/installer_page.mjs';
 
 const axeSource = readFileSync(createRequire(import.meta.url).resolve('axe-core/axe.min.js'), 'utf8');
 const notes = readFileSync(new URL('../../docs/page.md', import.meta.url), 'utf8');
@@ -21,7 +21,7 @@ let browser;
 let installer;
 const found = new Set();
 before(async () => {
-  browser = await launchBrowser();
+  browser = await launchChromium();
   // axe measures with real time.
   installer = await openInstaller(browser, { clock: false });
   await installer.page.evaluate(axeSource);

@@ -4,10 +4,10 @@
 import assert from 'node:assert/strict';
 import { after, before, describe, test } from 'node:test';
 import { pictures, standInFont } from '../../tools/page/screenshots.mjs';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { launchChromium, openInstaller } from './support/installer_page.mjs';
 
 let browser;
-before(async () => { browser = await launchBrowser(); });
+before(async () => { browser = await launchChromium(); });
 after(() => browser.close());
 
 const longReport = 'Could not copy the extension package: cannot copy file: Access is denied. '

@@ -2,12 +2,12 @@
 
 import assert from 'node:assert/strict';
 import { after, before, describe, test } from 'node:test';
-import { launchBrowser, openInstaller } from './support/installer_page.mjs';
+import { launchChromium, openInstaller } from './support/installer_page.mjs';
 
 let browser;
 let installer;
 before(async () => {
-  browser = await launchBrowser();
+  browser = await launchChromium();
   installer = await openInstaller(browser);
 });
 after(() => browser.close());

@@ -3,10 +3,10 @@
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import { pathToFileURL } from 'node:url';
-import { launchBrowser, openInstaller, pageFile, pageText } from './support/installer_page.mjs';
+import { launchChromium, openInstaller, pageFile, pageText } from './support/installer_page.mjs';
 
 let browser;
-before(async () => { browser = await launchBrowser(); });
+before(async () => { browser = await launchChromium(); });
 after(() => browser.close());
 
 test('both flows through every screen ask for nothing but the page itself', async () => {

@@ -7,7 +7,7 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import { fileURLToPath, pathToFileURL } from 'node:url';
-import { launchBrowser, pageText } from './support/installer_page.mjs';
+import { launchChromium, pageText } from './support/installer_page.mjs';
 
 const tool = fileURLToPath(new URL('../../tools/page/preview.mjs', import.meta.url));
 const protocol = ['h', 'cpp'].map((ending) =>
@@ -23,7 +23,7 @@ before(async () => {
   folder = mkdtempSync(join(tmpdir(), 'orvanta_preview_'));
   const { status, stderr } = preview('--no-open');
   assert.equal(status, 0, stderr);
-  browser = await launchBrowser();
+  browser = await launchChromium();
   page = await browser.newPage({ viewport: { width: 1500, height: 760 } });
   page.on('request', (request) => requests.push(request.url()));
   await page.clock.install({ time: new Date('2026-03-02T08:50:00Z') });

@@ -9,7 +9,7 @@ import { mkdirSync, mkdtempSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join, resolve } from 'node:path';
 import { fileURLToPath, pathToFileURL } from 'node:url';
-import { launchChromium } from './chromium.mjs';
+import { launchChromium } from '../chromium.mjs';
 import { joinPage, projectFolder } from './join.mjs';
 
 /** Name of the picture, and what the page's script does to come to it. */

@@ -2,13 +2,14 @@
 // runtime, and the page of it in a real browser.
 
 import { existsSync, readFileSync } from 'node:fs';
-import { launchBrowser, startBridge } from '../../standins/webview2_runtime/bridge/bridge.mjs';
+import { launchChromium } from '../../../tools/chromium.mjs';
+import { startBridge } from '../../standins/webview2_runtime/bridge/bridge.mjs';
 import { startDisplay } from '../../support/display.mjs';
 import { installer, makeMachine } from './machine.mjs';
 
 /** What the tests of a file share: a screen and a browser. End both with `stop`. */
 export async function startSurroundings() {
-  const [display, browser] = await Promise.all([startDisplay(), launchBrowser()]);
+  const [display, browser] = await Promise.all([startDisplay(), launchChromium()]);
   return {
     display,
     browser,

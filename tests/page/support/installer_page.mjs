@@ -3,9 +3,8 @@
 
 import { readFileSync } from 'node:fs';
 import { pathToFileURL } from 'node:url';
-import { launchChromium } from '../../../tools/page/chromium.mjs';
 
-export const launchBrowser = launchChromium;
+export { launchChromium } from '../../../tools/chromium.mjs';
 
 if (!process.env.ORVANTA_PAGE_FILE) {
   throw new Error('ORVANTA_PAGE_FILE must name the joined page (build: generated/page.html)');

@@ -2,14 +2,14 @@
 
 import assert from 'node:assert/strict';
 import { after, afterEach, before, beforeEach } from 'node:test';
-import { launchBrowser, openInstaller } from './installer_page.mjs';
+import { launchChromium, openInstaller } from './installer_page.mjs';
 
 /** The page, open from before the first test until after the last. */
 export function shareInstaller() {
   const installer = {};
   let browser;
   before(async () => {
-    browser = await launchBrowser();
+    browser = await launchChromium();
     Object.assign(installer, await openInstaller(browser));
   });
   after(() => browser.close());

@@ -2,18 +2,8 @@
 // README.md beside this file for how tests use it.
 
 import { createServer } from 'node:net';
-import { chromium } from 'playwright-core';
+import { launchChromium } from '../../../../tools/chromium.mjs';
 import { serveProgram } from './program_session.mjs';
-
-export function launchBrowser() {
-  return chromium.launch({
-    executablePath: '/usr/bin/chromium',
-    args: [
-      '--no-sandbox', '--disable-gpu', '--no-first-run', '--disable-background-networking',
-      '--disable-component-update', '--disable-sync',
-    ],
-  });
-}
 
 /**
  * Starts a bridge on a free port of this machine. Options: `browser`, one that is running already and
@@ -22,7 +12,7 @@ export function launchBrowser() {
 export async function startBridge({ browser: givenBrowser, ...options } = {}) {
   const started = performance.now();
   const now = () => performance.now() - started;
-  const browser = givenBrowser ?? await launchBrowser();
+  const browser = givenBrowser ?? await launchChromium();
   const programs = [];
   const waiting = [];
   let taken = 0;

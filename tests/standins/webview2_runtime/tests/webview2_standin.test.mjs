@@ -7,7 +7,8 @@ import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, before, test } from 'node:test';
-import { launchBrowser, startBridge } from '../bridge/bridge.mjs';
+import { launchChromium } from '../../../../tools/chromium.mjs';
+import { startBridge } from '../bridge/bridge.mjs';
 import { startDisplay } from '../../../support/display.mjs';
 import { startMachine } from './machine.mjs';
 import { startProbe } from './probe.mjs';
@@ -35,7 +36,7 @@ let folder;
 let pageFile;
 
 before(async () => {
-  [browser, display] = await Promise.all([launchBrowser(), startDisplay()]);
+  [browser, display] = await Promise.all([launchChromium(), startDisplay()]);
   machine = startMachine({ display: display.name });
   folder = mkdtempSync(join(tmpdir(), 'standin-'));
   pageFile = join(folder, 'page.html');
