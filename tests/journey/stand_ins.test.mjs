@@ -4,19 +4,9 @@
 import assert from 'node:assert/strict';
 import { cpSync, readFileSync, writeFileSync } from 'node:fs';
 import { test } from 'node:test';
-import { setTimeout as pause } from 'node:timers/promises';
-import { built, makeMachine, setupFolder } from './support/machine.mjs';
+import { built, makeMachine, setupFolder, waitUntil } from './support/machine.mjs';
 
 const log = (machine, name) => readFileSync(machine.path(`C:\\${name}`), 'utf8');
-
-async function until(what, holds) {
-  for (const deadline = Date.now() + 20000; Date.now() < deadline; await pause(50)) {
-    if (await holds()) {
-      return;
-    }
-  }
-  assert.fail(`waited in vain until ${what}`);
-}
 
 test('the recorder in place of schtasks writes its command line and ends as it was told', async (t) => {
   const machine = await makeMachine(t);
@@ -37,7 +27,7 @@ test('a recorder browser writes its path and command line, and stays when it is 
   const staying = machine.start(browser, ['--stay']);
   let ended = false;
   staying.ended.then(() => { ended = true; });
-  await until('the second call is recorded', () => log(machine, 'browsers.log').split('\r\n').length === 3);
+  await waitUntil(() => log(machine, 'browsers.log').split('\r\n').length === 3, 'the second call to be recorded');
   assert.equal(ended, false);
   assert.equal((await machine.run('taskkill.exe', ['/F', '/IM', 'chrome.exe'])).code, 0);
   await staying.ended;
@@ -77,15 +67,17 @@ const control = async (machine, verb) => {
   assert.equal(code, 0, `sc ${verb} said: ${stdout}${stderr}`);
 };
 const serviceState = async (machine) => (await machine.report()).service.state;
+const serviceIs = (machine, state) =>
+  waitUntil(async () => await serviceState(machine) === state, `the service to be ${state}`);
 
 test('the sample service starts, answers and stops', async (t) => {
   const machine = await makeMachine(t);
   await createService(machine);
   assert.equal(await serviceState(machine), 'stopped');
   await control(machine, 'start');
-  await until('it runs', async () => await serviceState(machine) === 'running');
+  await serviceIs(machine, 'running');
   await control(machine, 'stop');
-  await until('it has stopped', async () => await serviceState(machine) === 'stopped');
+  await serviceIs(machine, 'stopped');
 });
 
 test('the sample service refuses to start when it is told to', async (t) => {
@@ -95,8 +87,8 @@ test('the sample service refuses to start when it is told to', async (t) => {
   assert.equal(await serviceState(machine), 'stopped');
   writeFileSync(machine.path(`${setupFolder}\\VeyraLinkward.behaviour`), 'start_error 5\n');
   await machine.run('sc.exe', ['start', 'VeyraLinkward']);
-  await until('it gave its reason', async () =>
-    (await machine.run('sc.exe', ['query', 'VeyraLinkward'])).stdout.includes('WIN32_EXIT_CODE    : 5 '));
+  await waitUntil(async () =>
+    (await machine.run('sc.exe', ['query', 'VeyraLinkward'])).stdout.includes('WIN32_EXIT_CODE    : 5 '), 'its reason');
   assert.equal(await serviceState(machine), 'stopped');
 });
 
@@ -104,10 +96,10 @@ test('the sample service outlives a stop as long as it is told to', async (t) =>
   const machine = await makeMachine(t);
   await createService(machine, 'ignore_stop_ms 4000');
   await control(machine, 'start');
-  await until('it runs', async () => await serviceState(machine) === 'running');
+  await serviceIs(machine, 'running');
   const asked = Date.now();
   await control(machine, 'stop');
   assert.equal(await serviceState(machine), 'running');
-  await until('it has stopped', async () => await serviceState(machine) === 'stopped');
+  await serviceIs(machine, 'stopped');
   assert.ok(Date.now() - asked >= 4000);
 });
