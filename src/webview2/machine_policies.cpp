@@ -1,5 +1,6 @@
 #include "webview2/machine_policies.h"
 
+#include "webview2/host_program.h"
 #include "webview2/registry_text.h"
 
 #include <algorithm>
@@ -9,18 +10,6 @@
 namespace {
 
 constexpr std::wstring_view policies_path = L"Software\\Policies\\Microsoft\\Edge\\WebView2\\";
-
-std::wstring path_of_program() {
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-        if (length < path.size()) {
-            path.resize(length);
-            return path;
-        }
-        path.resize(path.size() * 2);
-    }
-}
 
 /// Empty for a process that never set one, as ours.
 std::wstring app_user_model_id() {
@@ -51,7 +40,7 @@ std::vector<std::wstring> policy_value_names(std::wstring_view app_user_model_id
 
 std::wstring machine_policy(const wchar_t* policy_name, PolicyScope scope) {
     const std::wstring key_path = std::wstring(policies_path) + policy_name;
-    const std::wstring program = path_of_program();
+    const std::wstring program = host_program_path();
     const std::wstring file_name = program.substr(program.rfind(L'\\') + 1);
     for (const std::wstring& name : policy_value_names(app_user_model_id(), file_name, scope)) {
         std::wstring value = read_registry_text(HKEY_LOCAL_MACHINE, key_path.c_str(), 0, name.c_str());
@@ -60,11 +49,6 @@ std::wstring machine_policy(const wchar_t* policy_name, PolicyScope scope) {
         }
     }
     return {};
-}
-
-std::wstring folder_of_program() {
-    const std::wstring program = path_of_program();
-    return program.substr(0, program.rfind(L'\\') + 1);
 }
 
 bool is_stable_channel_allowed(std::wstring_view release_channels) {

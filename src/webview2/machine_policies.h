@@ -17,9 +17,6 @@ std::vector<std::wstring> policy_value_names(std::wstring_view app_user_model_id
 /// without one. Only the machine's policies are read, never the user's: this program runs elevated.
 std::wstring machine_policy(const wchar_t* policy_name, PolicyScope scope);
 
-/// The folder of the running EXE, ending in a backslash.
-std::wstring folder_of_program();
-
 /// Whether a list of release channels ("0,2") lets the stable runtime, channel 0, be used. An empty
 /// list says nothing and allows it.
 bool is_stable_channel_allowed(std::wstring_view release_channels);

@@ -1,6 +1,6 @@
 #include "webview2/runtime_search.h"
 
-#include "webview2/machine_policies.h"
+#include "webview2/host_program.h"
 #include "webview2/registry_text.h"
 #include "webview2/runtime_version.h"
 
@@ -61,7 +61,7 @@ std::wstring find_installed_runtime_dll() {
 }
 
 std::wstring find_fixed_runtime_dll(std::wstring_view folder) {
-    std::wstring path = is_full_path(folder) ? std::wstring() : folder_of_program();
+    std::wstring path = is_full_path(folder) ? std::wstring() : host_program_folder();
     path += folder;
     return runtime_dll_below(path);
 }

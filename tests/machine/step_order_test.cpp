@@ -94,10 +94,10 @@ TEST_CASE("the removal of the web protection takes its steps in their order") {
           L"Opera Software\\Opera Stable", L"Opera Software\\Opera GX Stable"}) {
         append(wanted, policy_steps(vendor));
     }
+    const std::wstring distribution = L"C:\\Program Files\\Mozilla Firefox\\distribution\\extensions";
     append(wanted, {L"report Extension policies cleaned",
                     L"SOFTWARE\\Policies\\Mozilla\\Firefox\\Extensions\\Install",
-                    L"C:\\Program Files\\Mozilla Firefox\\distribution\\extensions\\"
-                    L"veyra-linkward@apps.brackenfold.example",
+                    distribution + L"\\veyra-linkward@apps.brackenfold.example",
                     L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\VeyraLinkward",
                     L"C:\\Program Files\\Brackenfold\\Veyra Linkward", L"report Files removed",
                     L"C:\\ProgramData\\Brackenfold\\Veyra Linkward", L"report Uninstall complete"});
