@@ -1,36 +1,7 @@
 #include <windows.h>
 
-#include "app/command_line.h"
-#include "app/elevation.h"
-#include "app/modes.h"
 #include "app/process_hardening.h"
-#include "common/install_source.h"
-#include "common/program_path.h"
-
-namespace {
-
-/// The story of one run. Returns the exit code; an exception ends the process.
-int run_installer(HINSTANCE instance) noexcept {
-    // The result is not checked: at worst the system scales the window.
-    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
-    g_source_dir = folder_of_program(running_program_path().wstring());
-
-    const auto arguments = split_command_line(GetCommandLineW());
-    const Options options = arguments ? parse_options(*arguments) : Options();
-    if (options.source_dir) {
-        g_source_dir = *options.source_dir;
-    }
-    if (!is_elevated()) {
-        if (arguments) {
-            relaunch_elevated(*arguments);
-        }
-        // The outcome of the second instance is its own.
-        return 0;
-    }
-    return run_elevated(instance, options);
-}
-
-} // namespace
+#include "app/startup.h"
 
 int WINAPI wWinMain(_In_ HINSTANCE instance, _In_opt_ HINSTANCE /*previous*/, _In_ PWSTR /*command_line*/,
                     _In_ int /*show_command*/) {

@@ -49,13 +49,6 @@ void listen_to_page() {
     g_webview->add_WebMessageReceived(handler.get(), &token);
 }
 
-HRESULT on_navigation_completed(HWND /*window*/, ICoreWebView2* sender,
-                                ICoreWebView2NavigationCompletedEventArgs* /*args*/) {
-    sender->ExecuteScript(show_uninstall_confirm_script, nullptr);
-    return S_OK;
-}
-
-/// Every completed navigation opens the removal screen again, not only the first.
 void open_removal_when_loaded() {
     const auto handler = make_handler<ICoreWebView2NavigationCompletedEventHandler>(
         IID_ICoreWebView2NavigationCompletedEventHandler, nullptr, on_navigation_completed);
@@ -63,7 +56,27 @@ void open_removal_when_loaded() {
     g_webview->add_NavigationCompleted(handler.get(), &token);
 }
 
-HRESULT on_controller_created(HWND window, HRESULT /*result*/, ICoreWebView2Controller* controller) {
+} // namespace
+
+void init_webview(HWND window) {
+    const auto handler = make_handler<ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler>(
+        IID_ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler, window, on_environment_created);
+    // Without a runtime the window stays empty and can be closed.
+    static_cast<void>(CreateCoreWebView2EnvironmentWithOptions(nullptr, user_data_folder().c_str(), nullptr,
+                                                               handler.get()));
+}
+
+HRESULT on_environment_created(HWND window, HRESULT /*status*/, ICoreWebView2Environment* environment) {
+    if (environment == nullptr) {
+        return E_FAIL;
+    }
+    const auto handler = make_handler<ICoreWebView2CreateCoreWebView2ControllerCompletedHandler>(
+        IID_ICoreWebView2CreateCoreWebView2ControllerCompletedHandler, window, on_controller_created);
+    environment->CreateCoreWebView2Controller(window, handler.get());
+    return S_OK;
+}
+
+HRESULT on_controller_created(HWND window, HRESULT /*status*/, ICoreWebView2Controller* controller) {
     if (controller == nullptr) {
         return E_FAIL;
     }
@@ -86,24 +99,10 @@ HRESULT on_controller_created(HWND window, HRESULT /*result*/, ICoreWebView2Cont
     return S_OK;
 }
 
-HRESULT on_environment_created(HWND window, HRESULT /*result*/, ICoreWebView2Environment* environment) {
-    if (environment == nullptr) {
-        return E_FAIL;
-    }
-    const auto handler = make_handler<ICoreWebView2CreateCoreWebView2ControllerCompletedHandler>(
-        IID_ICoreWebView2CreateCoreWebView2ControllerCompletedHandler, window, on_controller_created);
-    environment->CreateCoreWebView2Controller(window, handler.get());
+HRESULT on_navigation_completed(HWND /*window*/, ICoreWebView2* sender,
+                                ICoreWebView2NavigationCompletedEventArgs* /*args*/) {
+    sender->ExecuteScript(show_uninstall_confirm_script, nullptr);
     return S_OK;
-}
-
-} // namespace
-
-void init_webview(HWND window) {
-    const auto handler = make_handler<ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler>(
-        IID_ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler, window, on_environment_created);
-    // Without a runtime the window stays empty and can be closed.
-    static_cast<void>(CreateCoreWebView2EnvironmentWithOptions(nullptr, user_data_folder().c_str(), nullptr,
-                                                               handler.get()));
 }
 
 void fit_view_to_window(HWND window) {

@@ -18,6 +18,16 @@ extern ComPtr<ICoreWebView2> g_webview;
 /// Without a runtime the window stays empty. Needs COM as a single-threaded apartment.
 void init_webview(HWND window);
 
+/// The steps that follow, as WebView2 calls them on the window's thread. The status is not looked at: what
+/// counts is the object, and without one the answer is E_FAIL.
+HRESULT on_environment_created(HWND window, HRESULT status, ICoreWebView2Environment* environment);
+HRESULT on_controller_created(HWND window, HRESULT status, ICoreWebView2Controller* controller);
+
+/// Opens the removal screen after every completed navigation, not only the first and whether or not it
+/// succeeded; registered only when `g_uninstall_gui` is set.
+HRESULT on_navigation_completed(HWND window, ICoreWebView2* sender,
+                                ICoreWebView2NavigationCompletedEventArgs* args);
+
 /// Makes the view as large as the window's client area; nothing while there is no view.
 void fit_view_to_window(HWND window);
 

@@ -2,10 +2,12 @@
 
 #include <doctest/doctest.h>
 #include <string>
+#include <vector>
 
 #include "app/webview_host.h"
+#include "intercepted_call.h"
 #include "readable.h"
-#include "runs/progress.h"
+#include "shown_window.h"
 
 namespace {
 
@@ -24,16 +26,33 @@ RECT place_of(HWND window) {
     return place;
 }
 
-/// The installer window, destroyed at the end of the test.
-struct ShownWindow {
-    ShownWindow() { create_main_window(GetModuleHandleW(nullptr)); }
-    ShownWindow(const ShownWindow&) = delete;
-    ShownWindow& operator=(const ShownWindow&) = delete;
-    ~ShownWindow() {
-        DestroyWindow(g_main_window);
-        g_main_window = nullptr;
-    }
+// What the stand-ins below were asked for, on the test's thread.
+std::wstring g_icon_name;
+
+struct Placing {
+    HWND window;
+    HWND after;
+    RECT place;
+    UINT flags;
 };
+std::vector<Placing> g_placings;
+
+HICON WINAPI noted_icon(HINSTANCE instance, LPCWSTR name) {
+    CHECK(instance == GetModuleHandleW(nullptr));
+    REQUIRE_FALSE(IS_INTRESOURCE(name));
+    g_icon_name = name;
+    return real_function<decltype(LoadIconW)>("LoadIconW")(instance, name);
+}
+
+BOOL WINAPI noted_placing(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+    g_placings.push_back({window, after, {x, y, x + width, y + height}, flags});
+    return real_function<decltype(SetWindowPos)>("SetWindowPos")(window, after, x, y, width, height, flags);
+}
+
+UINT WINAPI other_dpi(HWND window) {
+    CHECK(window == g_main_window);
+    return 144;
+}
 
 } // namespace
 
@@ -58,8 +77,10 @@ TEST_CASE("the window shows its title and a fixed client area in the middle of t
     CHECK(place.top == (GetSystemMetrics(SM_CYSCREEN) - size_of(place).cy) / 2);
 }
 
-TEST_CASE("the window class has the page background and no icon of the program") {
+TEST_CASE("the window class has the page background and an icon name that no resource has") {
+    const InterceptedCall icon("LoadIconW", noted_icon);
     const ShownWindow shown;
+    CHECK(g_icon_name == L"IDI_APPICON");
     WNDCLASSEXW window_class = {};
     window_class.cbSize = sizeof(window_class);
     REQUIRE(GetClassInfoExW(GetModuleHandleW(nullptr), L"VeyraInstallerWnd", &window_class) != FALSE);
@@ -77,30 +98,54 @@ TEST_CASE("the window class has the page background and no icon of the program")
     CHECK(brush.lbColor == RGB(8, 12, 20));
 }
 
-TEST_CASE("the window can be neither resized nor maximised") {
+TEST_CASE("an empty window is painted in the page background to its edges") {
     const ShownWindow shown;
-    const SIZE size = main_window_size(GetDpiForWindow(g_main_window));
-    MINMAXINFO limits = {};
-    limits.ptMinTrackSize = {1, 2};
-    limits.ptMaxTrackSize = {30000, 20000};
-    CHECK(SendMessageW(g_main_window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)) == 0);
-    CHECK(limits.ptMinTrackSize.x == size.cx);
-    CHECK(limits.ptMinTrackSize.y == size.cy);
-    CHECK(limits.ptMaxTrackSize.x == size.cx);
-    CHECK(limits.ptMaxTrackSize.y == size.cy);
+    RECT client = {};
+    GetClientRect(g_main_window, &client);
+    HDC context = GetDC(g_main_window);
+    for (const POINT& point : {POINT{0, 0}, POINT{client.right / 2, client.bottom / 2},
+                               POINT{client.right - 1, client.bottom - 1}}) {
+        CHECK(GetPixel(context, point.x, point.y) == RGB(8, 12, 20));
+    }
+    ReleaseDC(g_main_window, context);
+}
+
+TEST_CASE("the window can be neither resized nor maximised at any DPI of its own") {
+    const ShownWindow shown;
     CHECK((GetWindowLongPtrW(g_main_window, GWL_STYLE) & (WS_THICKFRAME | WS_MAXIMIZEBOX)) == 0);
+    const auto check_limits = [](const SIZE& size) {
+        MINMAXINFO limits = {};
+        limits.ptMinTrackSize = {1, 2};
+        limits.ptMaxTrackSize = {30000, 20000};
+        CHECK(SendMessageW(g_main_window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)) == 0);
+        CHECK(limits.ptMinTrackSize.x == size.cx);
+        CHECK(limits.ptMinTrackSize.y == size.cy);
+        CHECK(limits.ptMaxTrackSize.x == size.cx);
+        CHECK(limits.ptMaxTrackSize.y == size.cy);
+    };
+    check_limits(main_window_size(GetDpiForWindow(g_main_window)));
+    // On a screen of another DPI the size of that one counts, not the system's.
+    const InterceptedCall dpi("GetDpiForWindow", other_dpi);
+    const SIZE larger = main_window_size(144);
+    CHECK(larger.cx >= 1380);
+    CHECK(larger.cy > 960);
+    check_limits(larger);
 }
 
 TEST_CASE("a change of DPI moves the window to the suggested place") {
     const ShownWindow shown;
-    RECT suggested = {20, 30, 20 + main_window_size(96).cx, 30 + main_window_size(96).cy};
-    CHECK(SendMessageW(g_main_window, WM_DPICHANGED, MAKEWPARAM(96, 96),
+    RECT suggested = {20, 30, 20 + main_window_size(144).cx, 30 + main_window_size(144).cy};
+    const InterceptedCall dpi("GetDpiForWindow", other_dpi);
+    const InterceptedCall placing("SetWindowPos", noted_placing);
+    CHECK(SendMessageW(g_main_window, WM_DPICHANGED, MAKEWPARAM(144, 144),
                        reinterpret_cast<LPARAM>(&suggested)) == 0);
+    REQUIRE(g_placings.size() == 1);
+    CHECK(g_placings[0].window == g_main_window);
+    CHECK(g_placings[0].after == nullptr);
+    CHECK(EqualRect(&g_placings[0].place, &suggested) != FALSE);
+    CHECK(g_placings[0].flags == (SWP_NOZORDER | SWP_NOACTIVATE));
     const RECT place = place_of(g_main_window);
-    CHECK(place.left == 20);
-    CHECK(place.top == 30);
-    CHECK(size_of(place).cx == size_of(suggested).cx);
-    CHECK(size_of(place).cy == size_of(suggested).cy);
+    CHECK(EqualRect(&place, &suggested) != FALSE);
 }
 
 TEST_CASE("texts for the page are dropped while there is no view") {
