@@ -21,16 +21,34 @@ bool is_dot_entry(const wchar_t* name) {
     return std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0;
 }
 
-/// The identity of what a path leads to; links are followed.
+/// Opens what a path leads to, a folder too, for its attributes; links are followed.
+OwnedFile open_entry(const fs::path& path) {
+    return OwnedFile(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                 OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
 BY_HANDLE_FILE_INFORMATION entry_identity(const fs::path& path, const fs::path& a, const fs::path& b) {
-    const OwnedFile file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
-                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const OwnedFile file = open_entry(path);
     BY_HANDLE_FILE_INFORMATION identity = {};
     if (!file || GetFileInformationByHandle(file.get(), &identity) == FALSE) {
         throw_file_error("equivalent", GetLastError(), a, b);
     }
     return identity;
+}
+
+/// What the system says to a path; a link counts by what it leads to.
+DWORD error_of_lookup(const fs::path& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        return GetLastError();
+    }
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 || open_entry(path)) {
+        return ERROR_SUCCESS;
+    }
+    const DWORD error = GetLastError();
+    // Not every reparse point is a link that can be followed; it is an entry all the same.
+    return error == ERROR_CANT_ACCESS_FILE ? ERROR_SUCCESS : error;
 }
 
 bool is_folder(const fs::path& path) {
@@ -67,14 +85,11 @@ std::vector<FolderEntry> list_folder(const fs::path& folder) {
 }
 
 bool entry_exists(const fs::path& path) {
-    if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
-        return true;
-    }
-    const DWORD error = GetLastError();
-    if (!is_not_found(error)) {
+    const DWORD error = error_of_lookup(path);
+    if (error != ERROR_SUCCESS && !is_not_found(error)) {
         throw_file_error("exists", error, path);
     }
-    return false;
+    return error == ERROR_SUCCESS;
 }
 
 bool is_same_entry(const fs::path& a, const fs::path& b) {

@@ -19,8 +19,8 @@ struct FolderEntry {
 /// Throws with operation "directory_iterator" when the folder cannot be opened or read to its end.
 std::vector<FolderEntry> list_folder(const std::filesystem::path& folder);
 
-/// True for an entry of any type, a link included. False for errors that mean "not found" (the name that
-/// Windows cannot even parse among them); throws with operation "exists" for any other error.
+/// True for an entry of any type, and for a link that leads to one. False for errors that mean "not found"
+/// (the name that Windows cannot even parse among them); throws with operation "exists" for any other error.
 bool entry_exists(const std::filesystem::path& path);
 
 /// Whether both paths lead to the same file or folder, however they are spelled.

@@ -30,6 +30,23 @@ std::vector<std::wstring> names_in(const std::wstring& folder) {
     return names;
 }
 
+/// Every path is a link, as only real Windows makes them.
+DWORD WINAPI link_attributes(LPCWSTR /*path*/) {
+    return FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
+}
+
+DWORD g_refusal = ERROR_SUCCESS;
+
+HANDLE WINAPI refused_open(LPCWSTR /*path*/, DWORD access, DWORD /*share*/,
+                           LPSECURITY_ATTRIBUTES /*security*/, DWORD disposition, DWORD flags,
+                           HANDLE /*model*/) {
+    CHECK(access == FILE_READ_ATTRIBUTES);
+    CHECK(disposition == OPEN_EXISTING);
+    CHECK(flags == FILE_FLAG_BACKUP_SEMANTICS);
+    SetLastError(g_refusal);
+    return INVALID_HANDLE_VALUE;
+}
+
 } // namespace
 
 TEST_CASE("an entry exists or is not found and everything else is an error") {
@@ -56,6 +73,22 @@ TEST_CASE("an entry exists or is not found and everything else is an error") {
         CHECK(error_of([] { remove_tree(L"C:\\Here\\file.txt"); }) ==
               file_error_text("remove_all", ERROR_ACCESS_DENIED, {L"C:\\Here\\file.txt"}));
     }
+}
+
+TEST_CASE("a link exists when what it leads to does and a reparse point of another kind always") {
+    write_file(L"C:\\Here\\link", "x");
+    const InterceptedCall links("GetFileAttributesW", link_attributes);
+    CHECK(entry_exists(L"C:\\Here\\link"));
+    const InterceptedCall open("CreateFileW", refused_open);
+    g_refusal = ERROR_FILE_NOT_FOUND;
+    CHECK_FALSE(entry_exists(L"C:\\Here\\link"));
+    g_refusal = ERROR_PATH_NOT_FOUND;
+    CHECK_FALSE(entry_exists(L"C:\\Here\\link"));
+    g_refusal = ERROR_CANT_ACCESS_FILE;
+    CHECK(entry_exists(L"C:\\Here\\link"));
+    g_refusal = ERROR_ACCESS_DENIED;
+    CHECK(error_of([] { entry_exists(L"C:\\Here\\link"); }) ==
+          file_error_text("exists", ERROR_ACCESS_DENIED, {L"C:\\Here\\link"}));
 }
 
 TEST_CASE("the same entry is known in every spelling and a missing one is an error") {
