@@ -56,7 +56,8 @@ std::error_code win32_code(DWORD error) {
 } // namespace
 
 const std::error_category& win32_category() {
-    static const Win32Category category;
+    // Never destroyed: a worker may still throw while the process ends.
+    static const Win32Category& category = *new Win32Category;
     return category;
 }
 
