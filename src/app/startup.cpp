@@ -3,10 +3,13 @@
 #include "app/command_line.h"
 #include "app/elevation.h"
 #include "app/modes.h"
+#include "app/process_hardening.h"
 #include "common/install_source.h"
 #include "common/program_path.h"
 
 int run_installer(HINSTANCE instance) noexcept {
+    restrict_search_paths();
+    end_quietly_on_unhandled_exceptions();
     // The result is not checked: at worst the system scales the window.
     SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     g_source_dir = folder_of_program(running_program_path().wstring());

@@ -1,12 +1,17 @@
 #include "child_roles.h"
 
 #include <stdexcept>
+
+#include <doctest/doctest.h>
 #include <windows.h>
 
 #include "app/elevation.h"
 #include "app/process_hardening.h"
 #include "console/uninstall.h"
+#include "intercepted_call.h"
 #include "linkward/uninstall.h"
+#include "runs/install_run.h"
+#include "runs/uninstall_run.h"
 #include "test_files.h"
 
 namespace {
@@ -45,6 +50,24 @@ void fail_without_a_handler() noexcept { // NOLINT(bugprone-exception-escape): t
     fail();
 }
 
+DWORD WINAPI throwing_attributes(LPCWSTR /*path*/) {
+    // No step catches this one.
+    throw 7;
+}
+
+int throw_in_run(LPTHREAD_START_ROUTINE run) {
+    end_quietly_on_unhandled_exceptions();
+    // What InterceptedCall checks has no test around it here.
+    doctest::Context asserts;
+    asserts.setAsDefaultForAssertsOutOfTestCases();
+    const InterceptedCall attributes("GetFileAttributesW", throwing_attributes);
+    g_install_console = true;
+    const OwnedHandle thread(CreateThread(nullptr, 0, run, nullptr, 0, nullptr));
+    WaitForSingleObject(thread.get(), INFINITE);
+    write_bytes(reports_file, "the run came back");
+    return 0;
+}
+
 } // namespace
 
 std::vector<std::wstring> relaunched_arguments() {
@@ -75,6 +98,12 @@ std::optional<int> play_child_role() {
     }
     if (name == role_remove_console) {
         return remove_product(uninstall_fwc);
+    }
+    if (name == role_throw_in_install_run) {
+        return throw_in_run(install_thread_proc);
+    }
+    if (name == role_throw_in_uninstall_run) {
+        return throw_in_run(uninstall_thread_proc);
     }
     if (name == role_throw) {
         end_quietly_on_unhandled_exceptions();

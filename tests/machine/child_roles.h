@@ -21,6 +21,9 @@ inline constexpr wchar_t role_remove_linkward[] = L"remove linkward";
 inline constexpr wchar_t role_remove_console[] = L"remove console";
 /// Lets an exception out of a function that must not, as the installer's entry point would.
 inline constexpr wchar_t role_throw[] = L"throw";
+/// The same out of a step of a run, on a thread of its own; never comes back to write `reports_file`.
+inline constexpr wchar_t role_throw_in_install_run[] = L"throw in install run";
+inline constexpr wchar_t role_throw_in_uninstall_run[] = L"throw in uninstall run";
 
 inline constexpr wchar_t relaunched_file[] = L"C:\\relaunched.txt";
 inline constexpr wchar_t reports_file[] = L"C:\\reports.txt";

@@ -6,9 +6,7 @@
 #include <objbase.h>
 
 #include "app/modes.h"
-#include "app/process_hardening.h"
 #include "app/webview_host.h"
-#include "child_roles.h"
 #include "common/install_source.h"
 #include "intercepted_call.h"
 #include "machine_state.h"
@@ -16,6 +14,7 @@
 #include "refused_calls.h"
 #include "runs/progress.h"
 #include "started_program.h"
+#include "stopped_service.h"
 #include "test_files.h"
 #include "test_registry.h"
 
@@ -82,7 +81,7 @@ TEST_CASE("both products are installed and removed in order after the browsers w
     g_browser = &second_browser;
     g_order.clear();
     pauses.all.clear();
-    pauses.during = [&] { Sleep(pauses.all.back()); };
+    pauses.during = [&] { wait_for_stopped_service(pauses.all.back()); };
     {
         const InterceptedCall command("CreateProcessW", noted_command);
         const InterceptedCall manager("OpenSCManagerW", noted_manager);
@@ -135,10 +134,4 @@ TEST_CASE("every combination of options without a window removes or else install
         CHECK_FALSE(g_uninstall_gui);
         CHECK(g_main_window == nullptr);
     }
-}
-
-TEST_CASE("an exception that nobody catches ends the process at once with its exit code") {
-    const StartedProgram child(test_program(), L"", {{role_variable, role_throw}});
-    CHECK(child.exit_code() == exit_code_unhandled);
-    CHECK(exit_code_unhandled != 0);
 }

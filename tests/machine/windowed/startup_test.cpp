@@ -22,6 +22,11 @@ Steps g_steps;
 bool g_is_administrator = true;
 std::wstring g_command_line;
 
+BOOL WINAPI noted_hardening(DWORD /*flags*/) {
+    g_steps.emplace_back(L"hardened");
+    return TRUE;
+}
+
 BOOL WINAPI noted_dpi_awareness(DPI_AWARENESS_CONTEXT context) {
     g_steps.emplace_back(context == DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2 ? L"DPI aware" : L"DPI ?");
     return FALSE;
@@ -78,6 +83,7 @@ struct WatchedStartup {
         }
     }
 
+    InterceptedCall hardening{"SetDefaultDllDirectories", noted_hardening};
     InterceptedCall dpi{"SetProcessDpiAwarenessContext", noted_dpi_awareness};
     InterceptedCall line{"GetCommandLineW", given_command_line};
     InterceptedCall membership{"CheckTokenMembership", noted_membership};
@@ -91,7 +97,8 @@ TEST_CASE("an elevated start without options takes its steps in their order and 
     const WatchedStartup startup(L"installer.exe --Silent /uninstall");
     const InterceptedCall split("CommandLineToArgvW", noted_split);
     CHECK(run_installer(GetModuleHandleW(nullptr)) == 0);
-    CHECK(g_steps == Steps{L"DPI aware", L"split, source " + folder_of_test(), L"administrator?", L"window"});
+    CHECK(g_steps == Steps{L"hardened", L"DPI aware", L"split, source " + folder_of_test(), L"administrator?",
+                           L"window"});
     CHECK(g_source_dir == folder_of_test());
 }
 
@@ -100,7 +107,7 @@ TEST_CASE("a start without administrator rights passes its arguments on and ends
     const InterceptedCall split("CommandLineToArgvW", noted_split);
     g_is_administrator = false;
     CHECK(run_installer(GetModuleHandleW(nullptr)) == 0);
-    CHECK(g_steps == Steps{L"DPI aware", L"split, source " + folder_of_test(), L"administrator?",
+    CHECK(g_steps == Steps{L"hardened", L"DPI aware", L"split, source " + folder_of_test(), L"administrator?",
                            L"relaunch --uninstall --source \"D:\\My media\" --silent"});
     CHECK(g_source_dir == L"D:\\My media");
     CHECK(g_main_window == nullptr);
@@ -111,10 +118,10 @@ TEST_CASE("a command line that cannot be split opens the window or without right
     const InterceptedCall split("CommandLineToArgvW", no_split);
     g_is_administrator = false;
     CHECK(run_installer(GetModuleHandleW(nullptr)) == 0);
-    CHECK(g_steps == Steps{L"DPI aware", L"no split", L"administrator?"});
+    CHECK(g_steps == Steps{L"hardened", L"DPI aware", L"no split", L"administrator?"});
     g_steps.clear();
     g_is_administrator = true;
     CHECK(run_installer(GetModuleHandleW(nullptr)) == 0);
-    CHECK(g_steps == Steps{L"DPI aware", L"no split", L"administrator?", L"window"});
+    CHECK(g_steps == Steps{L"hardened", L"DPI aware", L"no split", L"administrator?", L"window"});
     CHECK(g_source_dir == folder_of_test());
 }
