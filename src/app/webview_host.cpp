@@ -37,7 +37,7 @@ void paint_background() {
     if (SUCCEEDED(g_controller->QueryInterface(IID_ICoreWebView2Controller2, controller2.out_void())) &&
         controller2) {
         controller2->put_DefaultBackgroundColor(
-            {255, GetRValue(background_color), GetGValue(background_color), GetBValue(background_color)});
+            {255, background_color.red, background_color.green, background_color.blue});
     }
 }
 

@@ -17,10 +17,11 @@ void register_window_class(HINSTANCE instance) {
     window_class.cbSize = sizeof(window_class);
     window_class.lpfnWndProc = wnd_proc;
     window_class.hInstance = instance;
-    // The icons carry numbers, not this name, so the caption shows the system's default icon. It always has.
+    // On purpose a name that no resource has, as the icons carry numbers: the caption shows the system's own.
     window_class.hIcon = LoadIconW(instance, L"IDI_APPICON");
     window_class.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    window_class.hbrBackground = CreateSolidBrush(background_color);
+    window_class.hbrBackground =
+        CreateSolidBrush(RGB(background_color.red, background_color.green, background_color.blue));
     window_class.lpszClassName = window_class_name;
     RegisterClassExW(&window_class);
 }
