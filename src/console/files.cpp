@@ -3,9 +3,11 @@
 #include <filesystem>
 #include <string>
 
+#include "common/console_files.h"
 #include "common/files.h"
 #include "common/install_source.h"
 #include "common/program_path.h"
+#include "common/text.h"
 #include "console/location.h"
 #include "console/product.h"
 
@@ -13,7 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool deploy_file(const wchar_t* name, const std::string& shown_name, const ProgressFn& progress) {
+bool deploy_file(const wchar_t* name, const ProgressFn& progress) {
+    const std::string shown_name = to_utf8(name);
     try {
         copy_file_over(fs::path(g_source_dir) / name, fwc_install_dir() / name);
     } catch (const fs::filesystem_error& error) {
@@ -41,10 +44,10 @@ bool deploy_fwc_files(const ProgressFn& progress) {
         progress(std::string("Failed to create FWC directory: ") + error.what(), false);
         return false;
     }
-    if (!deploy_file(fwc_program_name, "Fortwright.exe", progress)) {
+    if (!deploy_file(fwc_program_name, progress)) {
         return false;
     }
-    deploy_file(L"WebView2Loader.dll", "WebView2Loader.dll", progress);
+    deploy_file(fwc_loader_name, progress);
     copy_updater();
     return true;
 }

@@ -3,7 +3,6 @@
 /// Names of the hardening console that install and uninstall must agree on.
 
 inline constexpr wchar_t fwc_display_name[] = L"Fortwright Console";
-inline constexpr wchar_t fwc_program_name[] = L"Fortwright.exe";
 inline constexpr wchar_t fwc_updater_name[] = L"updater.exe";
 
 /// Task Scheduler name of the weekly update.

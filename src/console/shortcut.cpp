@@ -9,6 +9,7 @@
 #include <shlobj.h>
 
 #include "common/com_ptr.h"
+#include "common/console_files.h"
 #include "common/shell_folder.h"
 #include "console/location.h"
 #include "console/product.h"

