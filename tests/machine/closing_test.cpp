@@ -55,6 +55,12 @@ HANDLE WINAPI open_and_note(DWORD rights, BOOL inherit, DWORD process) {
     return real_function<decltype(OpenProcess)>("OpenProcess")(rights, inherit, process);
 }
 
+BOOL WINAPI no_end(HANDLE /*process*/, UINT exit_code) {
+    CHECK(exit_code == 0);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
 DWORD WINAPI never_ends(HANDLE /*process*/, DWORD timeout_ms) {
     g_asked_timeout_ms = timeout_ms;
     return WAIT_TIMEOUT;
@@ -126,6 +132,21 @@ TEST_CASE("a browser that has not gone after three seconds counts all the same")
     CHECK(reports.all == Reports{{"Closed 1 browser process(es)", true}});
     CHECK(g_asked_rights == (PROCESS_TERMINATE | SYNCHRONIZE));
     CHECK(g_asked_timeout_ms == 3000);
+}
+
+TEST_CASE("a browser that opens but does not let itself be ended is neither waited for nor counted") {
+    const StartedProgram browser = run_as(L"msedge.exe");
+    RecordedPauses pauses;
+    RecordedReports reports;
+    {
+        const InterceptedCall end("TerminateProcess", no_end);
+        const InterceptedCall wait("WaitForSingleObject", never_ends);
+        CHECK(close_browsers(reports.progress) == 0);
+    }
+    CHECK(reports.all == Reports{{"No browsers running", true}});
+    CHECK(pauses.all.empty());
+    CHECK(g_asked_timeout_ms == 0);
+    CHECK(browser.is_running());
 }
 
 TEST_CASE("when the processes cannot be listed nothing is reported") {

@@ -13,6 +13,7 @@
 #include "recorded_pauses.h"
 #include "recorded_reports.h"
 #include "refused_calls.h"
+#include "stopped_service.h"
 #include "test_files.h"
 #include "test_registry.h"
 
@@ -74,7 +75,7 @@ TEST_CASE("over a running service everything but its program is replaced") {
     }
     const std::string service_program = bytes_of(install_dir + L"\\VeyraLinkward.exe");
     RecordedPauses pauses;
-    pauses.during = [&] { Sleep(pauses.all.back()); };
+    pauses.during = [&] { wait_for_stopped_service(pauses.all.back()); };
     const Installation again = install(source);
     CHECK(again.result);
     const Report warning = {
@@ -143,7 +144,7 @@ TEST_CASE("an installation from the install folder itself only renews what is re
     copy_file(sample_products() + L"\\malware-sites.vybf", install_dir + L"\\third.vybf");
     REQUIRE(DeleteFileW((install_dir + L"\\com.veyra.linkward.firefox.json").c_str()) != FALSE);
     RecordedPauses pauses;
-    pauses.during = [&] { Sleep(pauses.all.back()); };
+    pauses.during = [&] { wait_for_stopped_service(pauses.all.back()); };
     const Installation again = install(install_dir + L"\\");
     CHECK(again.result);
     CHECK(again.reports ==

@@ -13,6 +13,7 @@
 #include "recorded_pauses.h"
 #include "recorded_reports.h"
 #include "started_program.h"
+#include "stopped_service.h"
 #include "test_files.h"
 #include "test_registry.h"
 
@@ -63,7 +64,7 @@ TEST_CASE("an installed product goes whole and leaves only the keys and folders 
     install_samples();
     REQUIRE_FALSE(is_empty(read_machine_state()));
     RecordedPauses pauses;
-    pauses.during = [&] { Sleep(pauses.all.back()); };
+    pauses.during = [&] { wait_for_stopped_service(pauses.all.back()); };
     CHECK(uninstall() == all_removed());
     CHECK(pauses.all == std::vector<unsigned long>{2000});
     const MachineState state = read_machine_state();
@@ -91,7 +92,7 @@ TEST_CASE("files in use go at the next start and everything else at once") {
     install_samples();
     write_file(install_dir + L"\\rules\\categories\\also in use.txt", "x");
     RecordedPauses pauses;
-    pauses.during = [&] { Sleep(pauses.all.back()); };
+    pauses.during = [&] { wait_for_stopped_service(pauses.all.back()); };
     {
         const OwnedFile in_use = lock_file(install_dir + L"\\rules\\exceptions.txt");
         const OwnedFile deep = lock_file(install_dir + L"\\rules\\categories\\also in use.txt");

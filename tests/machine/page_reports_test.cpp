@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include "intercepted_call.h"
+#include "living_blocks.h"
 #include "readable.h"
 
 namespace {
@@ -135,7 +136,11 @@ TEST_CASE("without a window reports vanish and none waits for one") {
     {
         const InterceptedCall conversion("MultiByteToWideChar", counted_conversion);
         const InterceptedCall post("PostMessageW", counted_post);
-        post_to_page("early");
+        const std::string text = "a text that is too long to live inside a string object";
+        const long taken_before = blocks_taken();
+        post_to_page(text);
+        const long taken = blocks_taken() - taken_before;
+        CHECK(taken == 0);
         install_reporter("early", true);
         CHECK(g_calls == 0);
     }

@@ -35,6 +35,15 @@ BOOL WINAPI checked_execute(SHELLEXECUTEINFOW* execute) {
     return g_shell_succeeds ? TRUE : FALSE;
 }
 
+HANDLE g_waited_for = nullptr;
+DWORD g_waited_ms = 0;
+
+DWORD WINAPI noted_wait(HANDLE object, DWORD timeout_ms) {
+    g_waited_for = object;
+    g_waited_ms = timeout_ms;
+    return real_function<decltype(WaitForSingleObject)>("WaitForSingleObject")(object, timeout_ms);
+}
+
 BOOL WINAPI no_sid(PSID_IDENTIFIER_AUTHORITY /*authority*/, BYTE /*count*/, DWORD /*a*/, DWORD /*b*/,
                    DWORD /*c*/, DWORD /*d*/, DWORD /*e*/, DWORD /*f*/, DWORD /*g*/, DWORD /*h*/,
                    PSID* /*sid*/) {
@@ -137,8 +146,12 @@ TEST_CASE("the second instance is asked for with every detail and waited for") {
     const StartedProgram second(test_program(), L"", {{role_variable, role_relaunched}});
     REQUIRE(DuplicateHandle(GetCurrentProcess(), second.handle(), GetCurrentProcess(), &g_second_instance, 0,
                             FALSE, DUPLICATE_SAME_ACCESS) != FALSE);
-    CHECK(second.is_running());
-    relaunch_elevated(relaunched_arguments());
+    {
+        const InterceptedCall wait("WaitForSingleObject", noted_wait);
+        relaunch_elevated(relaunched_arguments());
+    }
+    CHECK(g_waited_for == g_second_instance);
+    CHECK(g_waited_ms == INFINITE);
     CHECK_FALSE(second.is_running());
     DWORD flags = 0;
     CHECK(GetHandleInformation(g_second_instance, &flags) == FALSE);

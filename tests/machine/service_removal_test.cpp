@@ -7,6 +7,7 @@
 #include "recorded_pauses.h"
 #include "recorded_reports.h"
 #include "registered_service.h"
+#include "stopped_service.h"
 
 TEST_CASE("a running service is removed after two seconds and a missing one at once") {
     RecordedPauses pauses;
@@ -19,7 +20,7 @@ TEST_CASE("a running service is removed after two seconds and a missing one at o
     REQUIRE(register_service().result);
     std::wstring state_during_pause;
     pauses.during = [&] {
-        Sleep(pauses.all.back());
+        wait_for_stopped_service(pauses.all.back());
         state_during_pause = state_of_service();
     };
     remove_linkward_service(reports.progress);

@@ -11,6 +11,7 @@
 #include "recorded_pauses.h"
 #include "recorded_reports.h"
 #include "registered_service.h"
+#include "stopped_service.h"
 
 namespace {
 
@@ -130,8 +131,7 @@ TEST_CASE("a running earlier service is stopped and deleted and created anew") {
     RecordedPauses pauses;
     std::vector<std::wstring> states;
     pauses.during = [&] {
-        // What the real pause is for: the service needs a moment to end.
-        Sleep(pauses.all.back());
+        wait_for_stopped_service(pauses.all.back());
         states.push_back(state_of_service());
     };
     const Registration registration = register_service();

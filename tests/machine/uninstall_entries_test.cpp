@@ -73,6 +73,13 @@ void WINAPI fifth_of_march(LPSYSTEMTIME time) {
     time->wDay = 5;
 }
 
+void WINAPI new_years_eve(LPSYSTEMTIME time) {
+    *time = {};
+    time->wYear = 2026;
+    time->wMonth = 12;
+    time->wDay = 31;
+}
+
 } // namespace
 
 TEST_CASE("the web protection is listed with its seven values and nothing else") {
@@ -112,12 +119,9 @@ TEST_CASE("the console is listed with its eleven values and nothing else") {
 
     set_text(console_key, L"EstimatedSize", L"an old text");
     set_text(console_key, L"DisplayVersion", L"0.9");
+    const InterceptedCall later("GetLocalTime", new_years_eve);
     register_fwc_arp(reports.progress);
-    SYSTEMTIME today = {};
-    GetLocalTime(&today);
-    wchar_t date[16] = {};
-    wsprintfW(date, L"%04d%02d%02d", today.wYear, today.wMonth, today.wDay);
-    CHECK(values_of(console_key) == console_values(date));
+    CHECK(values_of(console_key) == console_values(L"20261231"));
 }
 
 TEST_CASE("a refused key is no failure and the values are written in their order") {

