@@ -13,6 +13,10 @@ import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
 const rounds = Number(process.argv[2] ?? 5);
+if (!Number.isInteger(rounds) || rounds < 1) {
+  console.error(`bench: '${process.argv[2]}' is no number of rounds`);
+  process.exit(2);
+}
 const release = fileURLToPath(new URL('../build/release', import.meta.url));
 Object.assign(process.env, {
   ORVANTA_PROGRAM: join(release, 'OrvantaInstaller.exe'),
@@ -63,63 +67,69 @@ function memoryOfInstaller() {
   return NaN;
 }
 
-console.log(`Medians of ${rounds} rounds (least to most)\n`);
-show('size of the program', [statSync(process.env.ORVANTA_PROGRAM).size / 1000], 'kB');
+async function measure() {
+  console.log(`Medians of ${rounds} rounds (least to most)\n`);
+  show('size of the program', [statSync(process.env.ORVANTA_PROGRAM).size / 1000], 'kB');
 
-const machine = await makeMachine(bench);
-await machine.install('-u'); // the first program of a machine waits for its services
-show('(for comparison: a program that does nothing)', await sample(() => timed(() => machine.run('cmd', ['/c', 'exit']))), 'ms');
-show('removal from an empty machine', await sample(() => timed(() => machine.install('-u'))), 'ms');
-const installations = [];
-const removals = [];
-for (let i = 0; i < rounds; ++i) {
-  installations.push(await timed(() => machine.install('-s')));
-  removals.push(await timed(() => machine.install('-u')));
-}
-show('installation of both products', installations, 'ms');
-show('removal of both (2000 ms of it prescribed)', removals, 'ms');
-
-const large = machine.path('C:\\Large');
-mkdirSync(large);
-writeFileSync(join(large, 'Fortwright.exe'), Buffer.alloc(1000));
-writeFileSync(join(large, 'data.bin'), Buffer.alloc(200 * 1024 * 1024, 1));
-show('installation with another 200 MB', await sample(() => timed(() => machine.install('--source', 'C:\\Large', '-s'))), 'ms');
-
-const surroundings = await startSurroundings();
-bench.after(() => surroundings.stop());
-const shown = [];
-const answered = [];
-const memory = [];
-for (let i = 0; i < rounds; ++i) {
-  const windowMachine = await makeWindowMachine(bench, surroundings);
-  const started = performance.now();
-  const { program, ended } = await openInstaller(bench, surroundings, windowMachine);
-  shown.push(performance.now() - started);
-  await atScreen(program, 's-welcome');
-  await press(program, 'Install Selected');
-  await atScreen(program, 's-close-browsers');
-  await press(program, 'Continue');
-  const sent = await program.waitFor(({ from, event }) => from === 'page' && event === 'message');
-  const report = await program.waitFor(({ text }) => text?.includes('"progress"'));
-  answered.push(report.t - sent.t);
-  await atScreen(program, 's-firefox-notice');
-  memory.push(memoryOfInstaller());
-  const count = 10000;
-  const burst = await timed(async () => {
-    await program.postAll(Array.from({ length: count }, (_, n) => `{"action":"open_webstore","index":${n}}`));
-    await program.waitFor(({ from, text }) => from === 'program' && text === `{"action":"webstore_opened","index":${count - 1}}`);
-  });
-  if (i === rounds - 1) {
-    show('messages answered per second, page and bridge included', [count / (burst / 1000)], '1/s');
+  const machine = await makeMachine(bench);
+  await machine.install('-u'); // the first program of a machine waits for its services
+  show('(for comparison: a program that does nothing)', await sample(() => timed(() => machine.run('cmd', ['/c', 'exit']))), 'ms');
+  show('removal from an empty machine', await sample(() => timed(() => machine.install('-u'))), 'ms');
+  const installations = [];
+  const removals = [];
+  for (let i = 0; i < rounds; ++i) {
+    installations.push(await timed(() => machine.install('-s')));
+    removals.push(await timed(() => machine.install('-u')));
   }
-  await program.post('{"action":"close"}');
-  await ended;
-}
-show('start of the process to page loaded', shown, 'ms');
-show('request of the page to first report', answered, 'ms');
-show('memory of the installer after an installation', memory, 'MB');
-console.log(`\nsha256 ${execFileSync('sha256sum', [process.env.ORVANTA_PROGRAM], { encoding: 'utf8' }).slice(0, 64)}`);
+  show('installation of both products', installations, 'ms');
+  show('removal of both (2000 ms of it prescribed)', removals, 'ms');
 
-for (const ending of endings) {
-  await ending();
+  const large = machine.path('C:\\Large');
+  mkdirSync(large);
+  writeFileSync(join(large, 'Fortwright.exe'), Buffer.alloc(1000));
+  writeFileSync(join(large, 'data.bin'), Buffer.alloc(200 * 1024 * 1024, 1));
+  show('installation with another 200 MB', await sample(() => timed(() => machine.install('--source', 'C:\\Large', '-s'))), 'ms');
+
+  const surroundings = await startSurroundings();
+  bench.after(() => surroundings.stop());
+  const shown = [];
+  const answered = [];
+  const memory = [];
+  for (let i = 0; i < rounds; ++i) {
+    const windowMachine = await makeWindowMachine(bench, surroundings);
+    const started = performance.now();
+    const { program, ended } = await openInstaller(bench, surroundings, windowMachine);
+    shown.push(performance.now() - started);
+    await atScreen(program, 's-welcome');
+    await press(program, 'Install Selected');
+    await atScreen(program, 's-close-browsers');
+    await press(program, 'Continue');
+    const sent = await program.waitFor(({ from, event }) => from === 'page' && event === 'message');
+    const report = await program.waitFor(({ text }) => text?.includes('"progress"'));
+    answered.push(report.t - sent.t);
+    await atScreen(program, 's-firefox-notice');
+    memory.push(memoryOfInstaller());
+    const count = 10000;
+    const burst = await timed(async () => {
+      await program.postAll(Array.from({ length: count }, (_, n) => `{"action":"open_webstore","index":${n}}`));
+      await program.waitFor(({ from, text }) => from === 'program' && text === `{"action":"webstore_opened","index":${count - 1}}`);
+    });
+    if (i === rounds - 1) {
+      show('messages answered per second, page and bridge included', [count / (burst / 1000)], '1/s');
+    }
+    await program.post('{"action":"close"}');
+    await ended;
+  }
+  show('start of the process to page loaded', shown, 'ms');
+  show('request of the page to first report', answered, 'ms');
+  show('memory of the installer after an installation', memory, 'MB');
+  console.log(`\nsha256 ${execFileSync('sha256sum', [process.env.ORVANTA_PROGRAM], { encoding: 'utf8' }).slice(0, 64)}`);
+}
+
+try {
+  await measure();
+} finally {
+  for (const ending of endings) {
+    await ending();
+  }
 }
