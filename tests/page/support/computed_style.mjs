@@ -1,4 +1,4 @@
-// Computed styles of the opened page, and values that the design uses again and again.
+// Computed styles of the opened page, and values that occur again and again.
 
 import assert from 'node:assert/strict';
 
