@@ -22,10 +22,10 @@ export function built(variable) {
 }
 
 /**
- * Starts a command whose output goes to files: processes of the machine that it started may keep a pipe open
+ * Starts a command of the host whose output goes to files: processes of the machine that it started may keep a pipe open
  * long after it has ended. `ended` gives its exit code and what it printed.
  */
-function startCommand(command, args, environment) {
+export function startCommand(command, args, environment) {
   const folder = mkdtempSync(join(tmpdir(), 'journey-output-'));
   const [stdout, stderr] = ['stdout', 'stderr'].map((name) => join(folder, name));
   const files = [openSync(stdout, 'w'), openSync(stderr, 'w')];
@@ -41,9 +41,9 @@ function startCommand(command, args, environment) {
 
 /** Asks again and again, for a minute at most, until `condition` holds; `what` is for the complaint. */
 export async function waitUntil(condition, what) {
-  const deadline = Date.now() + 60000;
+  const deadline = performance.now() + 60000;
   while (!await condition()) {
-    if (Date.now() > deadline) {
+    if (performance.now() > deadline) {
       throw new Error(`waited a minute for ${what}`);
     }
     await new Promise((resolve) => { setTimeout(resolve, 50); });
@@ -98,8 +98,20 @@ export async function makeMachine(t, { display } = {}) {
     /** The host's path of a file on drive C. */
     path: (windowsPath) => join(drive, ...windowsPath.replace(/^C:\\/, '').split('\\')),
 
+    /** The Windows user's name: the machine knows nobody else. */
+    get user() {
+      const [name, ...others] = readdirSync(join(drive, 'users')).filter((folder) => folder !== 'Public');
+      if (!name || others.length > 0) {
+        throw new Error(`the machine should have one user, besides Public: ${[name, ...others]}`);
+      }
+      return name;
+    },
+
     /** Gives the machine something; the verbs and what they need are those of tests/support/machine. */
     prepare: finish,
+
+    /** The words that start a program there from outside, and their environment. */
+    outside: (program) => ({ words: [machineScript, 'run', folder, program], environment }),
 
     /** Starts a program; `ended` gives its exit code and output. */
     start: (program, args = [], extraEnvironment = {}) => script('run', [program, ...args], extraEnvironment),
