@@ -1,6 +1,7 @@
 // Takes the place of schtasks.exe on a test machine: writes its command line,
 // exactly as it was started, to C:\schtasks.log and ends with the number in
-// C:\schtasks.exit, or 0 without that file.
+// C:\schtasks.exit, or 0 without that file. Before it ends, it waits as long as
+// there is a file C:\schtasks.hold.
 #include "append_line.h"
 
 #include <windows.h>
@@ -30,6 +31,9 @@ int main() {
     // A recorder that cannot record must not look like a success.
     if (!append_line(L"C:\\schtasks.log", {GetCommandLineW()})) {
         return 99;
+    }
+    while (GetFileAttributesW(L"C:\\schtasks.hold") != INVALID_FILE_ATTRIBUTES) {
+        Sleep(20);
     }
     return static_cast<int>(wanted_exit_code());
 }
