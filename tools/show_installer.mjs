@@ -5,8 +5,9 @@
 //
 // The command starts the installer; its exit code is passed on. Without --walk a
 // person uses the window on the display. With --walk the page is clicked through
-// a whole installation, with a picture of each screen. FOLDER gets the pictures
-// and transcript.jsonl, the record of everything that page and program did.
+// a whole installation, with a picture of each screen; a walk that comes to a halt
+// gives exit code 3. FOLDER gets the pictures and transcript.jsonl, the record of
+// everything that page and program did.
 
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
@@ -39,7 +40,6 @@ const press = (program, text) => program.page.locator('.screen.active button', {
 
 /** A whole installation, as a user clicks through it. */
 async function walkInstallation(program) {
-  await program.ready();
   await arriveAt(program, 's-welcome');
   await press(program, 'Install Selected');
   await arriveAt(program, 's-close-browsers');
@@ -65,11 +65,21 @@ for (const old of readdirSync(folder).filter((name) => /^\d\d-.*\.png$/.test(nam
 const bridge = await startBridge({ paint: !walks, transcriptFile: join(folder, 'transcript.jsonl') });
 // The installer prints nothing; what comes out there is Wine taking leave of the screen.
 const installer = spawn(command, args, { env: { ...process.env, ...bridge.environment }, stdio: ['ignore', 'inherit', 'ignore'] });
-const ended = once(installer, 'exit');
+/** How the installer ended: its exit code or a word. */
+const ended = once(installer, 'exit').then(([code, signal]) => code ?? signal, (error) => error.message);
+
+/** The installer's program once its page is there. It may end before, and then nothing is left to wait for. */
+async function openedProgram() {
+  const program = await bridge.nextProgram();
+  await program.ready();
+  return program;
+}
+const endedEarly = async () => { throw new Error(`the installer ended before its page had come (${await ended})`); };
+
 let failed = false;
 if (walks) {
   try {
-    const program = await bridge.nextProgram();
+    const program = await Promise.race([openedProgram(), endedEarly()]);
     await walkInstallation(program);
     await program.closed;
     console.log('What page and program said to each other:\n');
@@ -83,6 +93,9 @@ if (walks) {
     installer.kill();
   }
 }
-const [code] = await ended;
+const result = await ended;
 await bridge.stop();
-process.exitCode = failed ? 3 : code ?? 3;
+if (typeof result !== 'number' && !failed) {
+  console.error(`run: the installer did not end by itself (${result})`);
+}
+process.exitCode = failed || typeof result !== 'number' ? 3 : result;

@@ -19,7 +19,7 @@ export async function startBridge({ browser: givenBrowser, ...options } = {}) {
 
   const server = createServer((socket) => {
     programs.push(serveProgram(socket, browser, now, options));
-    waiting.shift()?.();
+    waiting.shift()?.come();
   });
   await new Promise((resolve, reject) => {
     server.once('error', reject);
@@ -32,11 +32,13 @@ export async function startBridge({ browser: givenBrowser, ...options } = {}) {
     const index = taken++;
     if (programs.length <= index) {
       await new Promise((resolve, reject) => {
-        const timer = setTimeout(() => reject(new Error(`no program came within ${timeoutMs} ms`)), timeoutMs);
-        waiting.push(() => {
+        const giveUp = (why) => reject(new Error(why));
+        const timer = setTimeout(giveUp, timeoutMs, `no program came within ${timeoutMs} ms`);
+        const settling = (settle) => (...words) => {
           clearTimeout(timer);
-          resolve();
-        });
+          settle(...words);
+        };
+        waiting.push({ come: settling(resolve), giveUp: settling(giveUp) });
       });
     }
     return programs[index];
@@ -44,6 +46,9 @@ export async function startBridge({ browser: givenBrowser, ...options } = {}) {
 
   async function stop() {
     server.close();
+    for (const { giveUp } of waiting.splice(0)) {
+      giveUp('the bridge has stopped');
+    }
     for (const program of programs) {
       program.disconnect();
     }

@@ -170,7 +170,7 @@ export function serveProgram(socket, browser, now, options) {
 
   function onEnd() {
     record('program', 'disconnected');
-    transcript.flush();
+    transcript.end();
     framePainted();
     resolveClosed();
     session?.then((made) => made.close(), quiet);

@@ -13,6 +13,7 @@ export function createTranscript({ file, now }) {
   const entries = [];
   const waiting = new Set();
   let unwritten = [];
+  let hasEnded = false;
   if (file) {
     writeFileSync(file, '');
   }
@@ -33,37 +34,57 @@ export function createTranscript({ file, now }) {
       }
       unwritten.push(`${JSON.stringify(entry)}\n`);
     }
-    for (const look of [...waiting]) {
+    for (const { look } of [...waiting]) {
       look(entry);
     }
     return entry;
   }
 
+  /** Says that the program has gone: whoever waits for more waits in vain. */
+  function end() {
+    flush();
+    hasEnded = true;
+    for (const { giveUp } of [...waiting]) {
+      giveUp();
+    }
+  }
+
   /**
    * The first entry for which `matches` holds, whether it has come already or is still to come. Counts
-   * from entry number `since`. Rejects after `timeoutMs`, saying what was waited for and what came last.
+   * from entry number `since`. Rejects after `timeoutMs`, and at once when the program has gone, saying what
+   * was waited for and what came last.
    */
   function waitFor(matches, { what = String(matches), since = 0, timeoutMs = 60000 } = {}) {
     const found = entries.slice(since).find((entry) => matches(entry));
     if (found) {
       return Promise.resolve(found);
     }
+    const complaint = (how) => {
+      const last = entries.slice(-8).map((entry) => JSON.stringify(entry).slice(0, 300)).join('\n  ');
+      return new Error(`${how} for ${what}; the last entries are\n  ${last}`);
+    };
+    const gone = 'the program has gone while somebody waited';
+    if (hasEnded) {
+      return Promise.reject(complaint(gone));
+    }
     return new Promise((resolve, reject) => {
-      const look = (entry) => {
-        if (matches(entry)) {
-          clearTimeout(timer);
-          waiting.delete(look);
-          resolve(entry);
-        }
+      const waiter = {
+        look(entry) {
+          if (matches(entry)) {
+            settle(resolve, entry);
+          }
+        },
+        giveUp: () => settle(reject, complaint(gone)),
       };
-      const timer = setTimeout(() => {
-        waiting.delete(look);
-        const last = entries.slice(-8).map((entry) => JSON.stringify(entry).slice(0, 300)).join('\n  ');
-        reject(new Error(`waited ${timeoutMs} ms for ${what}; the last entries are\n  ${last}`));
-      }, timeoutMs);
-      waiting.add(look);
+      const timer = setTimeout(() => settle(reject, complaint(`waited ${timeoutMs} ms`)), timeoutMs);
+      const settle = (how, value) => {
+        clearTimeout(timer);
+        waiting.delete(waiter);
+        how(value);
+      };
+      waiting.add(waiter);
     });
   }
 
-  return { entries, record, waitFor, flush };
+  return { entries, record, waitFor, end };
 }

@@ -229,6 +229,17 @@ test('listeners of the page can be added and removed, and are called in order', 
   await assert.rejects(program.page.evaluate(() => chrome.webview.postMessage()), /1 argument required/);
 });
 
+test('whoever waits for what cannot come any more is told at once', async (t) => {
+  const { bridge, probe, program } = await startPair(t);
+  const never = { what: 'a miracle' };
+  const waits = [program.waitFor(() => false, never), bridge.nextProgram()].map((wait) => wait.catch(({ message }) => message));
+  assert.equal(await probe.quit(), 0);
+  assert.match(await waits[0], /^the program has gone while somebody waited for a miracle; the last entries are\n/);
+  await assert.rejects(program.waitFor(() => false, never), /^Error: the program has gone while somebody waited for a miracle/);
+  await bridge.stop();
+  assert.equal(await waits[1], 'the bridge has stopped');
+});
+
 test('a message for which there is no document is lost, and said to be', async (t) => {
   const { probe, program } = await startPair(t, { troubles: ['lost: too early'] });
   await probe.run('controller', 2);
