@@ -1,6 +1,7 @@
 // The installer with its window on a machine that has the stand-in WebView2
 // runtime, and the page of it in a real browser.
 
+import { execFileSync } from 'node:child_process';
 import { existsSync, readFileSync } from 'node:fs';
 import { launchChromium } from '../../../tools/chromium.mjs';
 import { startBridge } from '../../standins/webview2_runtime/bridge/bridge.mjs';
@@ -62,15 +63,37 @@ export async function makeWindowMachine(t, surroundings, { browsers = [], runtim
 
 /**
  * Opens the installer's window on a machine. `program` is the bridge's view of it (page, click, transcript
- * and so on), `ended` gives its exit code. Bridge options go to the bridge.
+ * and so on), `ended` gives the exit code of what was started: the installer, or a `starter` that starts it.
+ * Bridge options go to the bridge.
  */
-export async function openInstaller(t, surroundings, machine, { options = [], ...bridgeOptions } = {}) {
+export async function openInstaller(t, surroundings, machine, { starter = installer, options = [], ...bridgeOptions } = {}) {
   const bridge = await startBridge({ browser: surroundings.browser, ...bridgeOptions });
   t.after(() => bridge.stop());
-  const { ended } = machine.start(installer, options, bridge.environment);
+  const { ended } = machine.start(starter, options, bridge.environment);
   const program = await bridge.nextProgram();
   await program.ready();
   return { program, ended, bridge };
+}
+
+/** The mouse on a display and the installer's window there, in pixels of the screen. */
+export function screenOf(display) {
+  const xdotool = (...words) => execFileSync('xdotool', words.map(String),
+    { env: { ...process.env, DISPLAY: display.name }, encoding: 'utf8', stdio: ['ignore', 'pipe', 'ignore'] });
+  return {
+    /** Where the window with its caption is; nothing when there is none. */
+    window() {
+      try {
+        const text = xdotool('search', '--onlyvisible', '--name', '^Veyra Security Suite — Setup$', 'getwindowgeometry', '--shell');
+        const [x, y, width, height] = ['X', 'Y', 'WIDTH', 'HEIGHT'].map((name) => Number(text.match(new RegExp(`^${name}=(-?\\d+)$`, 'm'))[1]));
+        return { x, y, width, height };
+      } catch {
+        return undefined;
+      }
+    },
+    doubleClick: (x, y) => xdotool('mousemove', x, y, 'click', '--repeat', 2, '--delay', 20, 1),
+    drag: (x, y, right, down) => xdotool('mousemove', x, y, 'mousedown', 1,
+      'mousemove_relative', '--', right / 2, down / 2, 'mousemove_relative', '--', right / 2, down / 2, 'mouseup', 1),
+  };
 }
 
 /** The screen that is at rest, once the page has come to `id`. */
