@@ -2,19 +2,29 @@
 // that dies, messages that the page never sends.
 
 import assert from 'node:assert/strict';
-import { execFileSync } from 'node:child_process';
 import { after, before, describe, test } from 'node:test';
 import { startBridge } from '../standins/webview2_runtime/bridge/bridge.mjs';
 import { startDisplay } from '../support/display.mjs';
+import { assertConsoleAloneInstalled, assertNothingInstalled } from './support/assert_state.mjs';
 import * as said from './support/expected_messages.mjs';
 import { installer, waitUntil } from './support/machine.mjs';
-import { atScreen, conversation, makeWindowMachine, openInstaller, startSurroundings } from './support/window.mjs';
+import { atScreen, conversation, makeWindowMachine, openInstaller, screenOf, startSurroundings } from './support/window.mjs';
 
 let surroundings;
 before(async () => { surroundings = await startSurroundings(); });
 after(() => surroundings.stop());
 
 const unhandledException = 3;
+
+const refused = 0x80004005;
+const environmentCall = 'CreateWebViewEnvironmentWithOptionsInternal';
+const environmentHandler = 'ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler';
+const controllerHandler = 'ICoreWebView2CreateCoreWebView2ControllerCompletedHandler';
+
+/** The calls for an environment and what handlers returned, in their order. */
+const startCourse = (program) => program.transcript
+  .filter(({ event, method }) => event === 'handled' || method === environmentCall)
+  .map(({ method, handler, result }) => method ?? [handler, result]);
 
 /** Asks the installer's windows to close, as the title bar's button does. */
 const closeWindow = (machine) => machine.run('taskkill', ['/im', 'OrvantaInstaller.exe']);
@@ -40,40 +50,44 @@ describe('in the window', { concurrency: 3 }, () => {
       t.after(() => display.stop());
       const machine = await makeWindowMachine(t, { display }, { runtime: false });
       const { ended } = machine.start(installer, options);
-      const screen = { env: { ...process.env, DISPLAY: display.name }, encoding: 'utf8' };
-      const place = () => {
-        try {
-          return execFileSync('xdotool', ['search', '--onlyvisible', '--name', '^Veyra Security Suite — Setup$',
-            'getwindowgeometry', '--shell'], screen);
-        } catch {
-          return ''; // not there yet
-        }
-      };
-      await waitUntil(place, 'the window');
-      const [x, y, width, height] = ['X', 'Y', 'WIDTH', 'HEIGHT'].map((name) => Number(place().match(new RegExp(`^${name}=(-?\\d+)$`, 'm'))[1]));
+      const screen = screenOf(display);
+      await waitUntil(() => screen.window(), 'the window');
+      const { x, y, width, height } = screen.window();
       // A caption on top, in the middle of the screen.
       assert.ok(width >= 920 && width <= 930 && height > 640 && height <= 680, `${width} x ${height}`);
       assert.deepEqual([x, y], [Math.trunc((1600 - width) / 2), Math.trunc((1200 - height) / 2)]);
       await waitUntil(async () => (await closeWindow(machine)).code === 0, 'somebody to tell that the window closes');
       const { code, stdout, stderr } = await ended;
       assert.deepEqual([code, stdout, stderr], [0, '', '']);
-      assert.equal((await machine.report()).empty, true);
+      await assertNothingInstalled(machine);
     });
   }
 
-  test('when no control can be made the window stays empty and closes with 0', async (t) => {
-    for (const failure of [{ controllerResult: 0x80004005 | 0 }, { outcomes: 'fail-later,fail-later' }, { outcomes: 'refuse,refuse' }]) {
+  for (const [failure, options, course] of [
+    ['the control is refused', { controllerResult: refused | 0 },
+      [environmentCall, [environmentHandler, 0], [controllerHandler, refused]]],
+    ['the environment fails twice', { outcomes: 'fail-later,fail-later' },
+      [environmentCall, environmentCall, [environmentHandler, 0], [environmentHandler, 0]]],
+    ['the environment is refused twice', { outcomes: 'refuse,refuse' }, [environmentCall, environmentCall]],
+  ]) {
+    test(`when ${failure} the window stays empty and closes with 0`, async (t) => {
       const machine = await makeWindowMachine(t, surroundings);
-      const bridge = await startBridge({ browser: surroundings.browser, ...failure });
+      const bridge = await startBridge({ browser: surroundings.browser, ...options });
       t.after(() => bridge.stop());
       const { ended } = machine.start(installer, [], bridge.environment);
       const program = await bridge.nextProgram();
-      await program.waitFor(({ event, method }) => event === 'handled' || method?.endsWith('Internal'));
+      await waitUntil(() => startCourse(program).length >= course.length, 'the failure');
+      assert.deepEqual(startCourse(program), course);
       await waitUntil(async () => (await closeWindow(machine)).code === 0, 'the window to be there');
-      assert.equal((await ended).code, 0);
+      const { code, stdout, stderr } = await ended;
+      assert.deepEqual([code, stdout, stderr], [0, '', '']);
+      await program.closed;
+      assert.deepEqual(startCourse(program), course);
       assert.ok(!program.transcript.some(({ event }) => event === 'navigate'));
-    }
-  });
+      assert.deepEqual(program.troubles(), []);
+      await assertNothingInstalled(machine);
+    });
+  }
 
   for (const outcomes of ['refuse,later', 'fail-later,later', 'fail-inside,inside']) {
     test(`an environment that comes at the second attempt (${outcomes}) shows the page`, async (t) => {
@@ -95,8 +109,19 @@ describe('in the window', { concurrency: 3 }, () => {
     const { machine, program, ended } = await openForMessages(t);
     await program.crashPage();
     await waitUntil(async () => (await closeWindow(machine)).code === 0, 'the window to close');
-    assert.equal((await ended).code, 0);
-    assert.ok(!program.transcript.some(({ event }, i) => event === 'navigate' && i > program.transcript.findIndex((entry) => entry.event === 'crash')));
+    const { code, stdout, stderr } = await ended;
+    assert.deepEqual([code, stdout, stderr], [0, '', '']);
+    await program.closed;
+    const crash = program.transcript.findIndex(({ event }) => event === 'crash');
+    assert.deepEqual(program.transcript.slice(crash).map(({ from, event, method, text }) => [from, event, method ?? text]), [
+      ['page', 'crash', undefined],
+      ['program', 'call', 'ICoreWebView2WebMessageReceivedEventHandler::Release'],
+      ['program', 'closed', undefined],
+      ['runtime', 'note', 'the process ends'],
+      ['program', 'disconnected', undefined],
+    ]);
+    assert.deepEqual(conversation(program), []);
+    await assertNothingInstalled(machine);
   });
 
   for (const message of [
@@ -119,10 +144,13 @@ describe('in the window', { concurrency: 3 }, () => {
     const ignored = ['', '{}', 'close', '{"action" : "close"}', '{"action":"CLOSE"}', '{"Action":"close"}', '[]', '\u0000',
       '{"action":"webstore_opened","index":0}', `{"action":"${'x'.repeat(1024 * 1024)}"}`, 'y'.repeat(1024 * 1024)];
     await program.postAll(ignored);
-    await program.postAll([{ action: 'close' }, 7, true, null, ['close'], 0.5]);
+    const noStrings = [{ action: 'close' }, 7, true, null, ['close'], 0.5];
+    await program.postAll(noStrings);
     await settle(program);
-    assert.deepEqual(conversation(program).filter(([from]) => from === 'program'),
-      [said.program('{"action":"webstore_opened","index":4711}')]);
+    assert.deepEqual(conversation(program), [
+      ...[...ignored, ...noStrings.map((value) => JSON.stringify(value))].map(said.page),
+      ...said.storeOpened(4711),
+    ]);
     assert.deepEqual(program.troubles(), []);
   });
 
@@ -148,13 +176,14 @@ describe('in the window', { concurrency: 3 }, () => {
   });
 
   test('a quoted true counts as true and duplicate keys count once', async (t) => {
-    const { program } = await openForMessages(t);
+    const { machine, program } = await openForMessages(t);
     const message = '{"action":"install","fwc":"true","fwc":false,"lw":True,"action":"close"}';
     await program.post(message);
     await program.waitFor(({ from, text }) => from === 'program' && text === '{"action":"install_complete"}');
     assert.deepEqual(conversation(program), [
       said.page(message), ...said.browsersClosed(), ...said.consoleInstalled(90), ...said.completeWithoutLinkward,
     ]);
+    await assertConsoleAloneInstalled(machine);
   });
 
   test('neither product chosen closes browsers and completes', async (t) => {
@@ -163,6 +192,6 @@ describe('in the window', { concurrency: 3 }, () => {
     await program.waitFor(({ from, text }) => from === 'program' && text === '{"action":"install_complete"}');
     assert.deepEqual(conversation(program),
       [said.page('{"action":"install"}'), ...said.browsersClosed(), ...said.completeWithoutLinkward]);
-    assert.equal((await machine.report()).empty, true);
+    await assertNothingInstalled(machine);
   });
 });

@@ -1,13 +1,15 @@
 // Installations in the installer's window, with real clicks in a real browser.
 
 import assert from 'node:assert/strict';
-import { readFileSync } from 'node:fs';
+import { existsSync, readFileSync, writeFileSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
+import { startDisplay } from '../support/display.mjs';
+import { assertBothInstalled, assertConsoleAloneInstalled, assertLinkwardAloneInstalled, assertNothingInstalled } from './support/assert_state.mjs';
 import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
-import { built } from './support/machine.mjs';
+import { built, waitUntil } from './support/machine.mjs';
 import {
-  atScreen, browserPlaces, conversation, makeWindowMachine, openInstaller, press, startSurroundings,
+  atScreen, browserPlaces, conversation, makeWindowMachine, openInstaller, press, screenOf, startSurroundings,
 } from './support/window.mjs';
 
 let surroundings;
@@ -75,13 +77,7 @@ describe('in the window', { concurrency: 3 }, () => {
       for (const [path, commandLine] of machine.launches()) {
         assert.equal(commandLine, `"${path}" ${said.storePage}`);
       }
-      const report = await machine.report();
-      assert.deepEqual(expected.filesBelow(report, expected.programFiles),
-        [...expected.consoleFiles, ...expected.linkwardFiles]);
-      assert.deepEqual(expected.filesBelow(report, expected.programData), expected.dataFiles);
-      assert.equal(report.service.state, 'running');
-      assert.deepEqual(expected.shortKeys(report.hosts), expected.hosts);
-      assert.equal(report.uninstall.length, 2);
+      await assertBothInstalled(machine);
     });
   }
 
@@ -99,9 +95,8 @@ describe('in the window', { concurrency: 3 }, () => {
       ...said.completeWithoutLinkward,
       said.closeRequest,
     ]);
-    const report = await machine.report();
-    assert.deepEqual(expected.filesBelow(report, expected.programFiles), expected.consoleFiles);
-    assert.equal(report.service, null);
+    assert.deepEqual(machine.launches(), []);
+    await assertConsoleAloneInstalled(machine);
   });
 
   test('the web protection alone goes on to Firefox and opens its add-on page in the default browser', async (t) => {
@@ -122,22 +117,34 @@ describe('in the window', { concurrency: 3 }, () => {
       said.closeRequest,
     ]);
     assert.deepEqual(machine.launches(), [['C:\\Browsers\\default.exe', `"C:\\Browsers\\default.exe" "${said.addonPage}"`]]);
-    const report = await machine.report();
-    assert.deepEqual(expected.filesBelow(report, expected.programFiles), expected.linkwardFiles);
+    await assertLinkwardAloneInstalled(machine);
   });
 
   test('Opera GX shares the App Paths entry of Opera and is listed with the program of Opera', async (t) => {
     const machine = await makeWindowMachine(t, surroundings, { browsers: ['Opera'] });
     await machine.reg('HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\opera.exe', '/ve', '/d',
       browserPlaces.Opera, '/reg:64');
-    const { program } = await openInstaller(t, surroundings, machine);
+    const installation = await openInstaller(t, surroundings, machine);
+    const { program } = installation;
     await startInstallation(program);
     await walkBrowserStep(program, { name: 'Opera', shortName: 'Opera', counter: 'Browser 1 of 2' }, 'Skip');
     await walkBrowserStep(program, { name: 'Opera GX', shortName: 'Opera', counter: 'Browser 2 of 2' }, 'Skip');
     await atScreen(program, 's-firefox-notice');
-    assert.deepEqual(conversation(program).slice(-5),
-      [said.browsersDetected(['Opera', 'Opera GX']), ...said.storeOpened(0), ...said.storeOpened(1)]);
-    assert.deepEqual(machine.launches().map(([path]) => path), [browserPlaces.Opera, browserPlaces.Opera]);
+    await press(program, 'Skip');
+    await closeInstaller(installation);
+    assert.deepEqual(conversation(program), [
+      said.installRequest(true, true),
+      ...said.browsersClosed(),
+      ...said.consoleInstalled(40),
+      ...said.linkwardInstalled,
+      said.browsersDetected(['Opera', 'Opera GX']),
+      ...said.storeOpened(0),
+      ...said.storeOpened(1),
+      said.closeRequest,
+    ]);
+    const launch = [browserPlaces.Opera, `"${browserPlaces.Opera}" ${said.storePage}`];
+    assert.deepEqual(machine.launches(), [launch, launch]);
+    await assertBothInstalled(machine);
   });
 
   test('going back and cancelling send nothing', async (t) => {
@@ -153,19 +160,38 @@ describe('in the window', { concurrency: 3 }, () => {
     await press(program, 'Cancel');
     await atScreen(program, 's-welcome');
     assert.deepEqual(conversation(program), []);
-    assert.equal((await machine.report()).empty, true);
+    await assertNothingInstalled(machine);
   });
 
   test('a missing console program is told on the status line and the rest is installed', async (t) => {
     const machine = await makeWindowMachine(t, surroundings);
-    const { program } = await openInstaller(t, surroundings, machine, { options: ['--source', 'C:\\Browsers'] });
+    const installation = await openInstaller(t, surroundings, machine, { options: ['--source', 'C:\\Browsers'] });
+    const { program } = installation;
     await startInstallation(program);
     await atScreen(program, 's-firefox-notice');
-    const texts = conversation(program).map(([, text]) => text);
-    assert.match(texts[5], /^\{"action":"progress","step":"Failed to copy Fortwright\.exe: .*copy_file.*C:\\\\Browsers\\\\Fortwright\.exe.*","ok":false\}$/);
-    assert.equal(texts[6], '{"action":"pct","v":40}');
-    assert.ok(texts.some((text) => /"step":"Service installed but start failed \(error 2\)","ok":true/.test(text)), texts.join('\n'));
-    assert.equal(texts.at(-1), '{"action":"browsers_detected","browsers":[]}');
+    await press(program, 'Skip');
+    await closeInstaller(installation);
+    const texts = conversation(program);
+    // Only the reason is in the system's own words.
+    const failure = texts[5][1].replace(/(copy_file: ).*?( \[)/, '$1$2');
+    assert.deepEqual([...texts.slice(0, 5), said.program(failure), ...texts.slice(6)], [
+      said.installRequest(true, true),
+      ...said.browsersClosed(),
+      ...said.consoleMissing(40, 'Failed to copy Fortwright.exe: filesystem error: copy_file:  '
+        + '[C:\\\\Browsers\\\\Fortwright.exe] [C:\\\\Program Files\\\\Brackenfold\\\\FWC\\\\Fortwright.exe]'),
+      ...said.linkwardInstalledFromNothing,
+      said.browsersDetected([]),
+      said.closeRequest,
+    ]);
+    const report = await machine.report();
+    // The folder's one file goes along.
+    assert.deepEqual(expected.filesBelow(report, expected.programFiles), ['com.veyra.linkward.chromium.json',
+      'com.veyra.linkward.firefox.json', 'default.exe', 'VeyraLinkwardInstaller.exe'].map((name) => `Veyra Linkward\\${name}`));
+    assert.deepEqual(expected.filesBelow(report, expected.programData), []);
+    assert.deepEqual(expected.shortKeys(report.uninstall), [expected.linkwardEntry]);
+    assert.deepEqual(expected.shortKeys(report.hosts), expected.hosts);
+    assert.equal(report.service.state, 'stopped');
+    assert.deepEqual([report.task, report.shortcut, report.policies, report.pending], [null, null, [], []]);
   });
 
   test('the control is set up step by step before the page is loaded', async (t) => {
@@ -179,7 +205,7 @@ describe('in the window', { concurrency: 3 }, () => {
     const from = names.indexOf('create controller');
     assert.deepEqual(steps.slice(0, from).filter(([name]) => name.startsWith('CreateWebView')), [
       ['CreateWebViewEnvironmentWithOptionsInternal',
-        `true, 0, C:\\users\\${process.env.USER ?? 'root'}\\Temp\\VeyraInstaller_WebView2, null`]]);
+        `true, 0, C:\\users\\${machine.user}\\Temp\\VeyraInstaller_WebView2, null`]]);
     assert.deepEqual(names.slice(from).filter((name) => !/handled|Release/.test(name)), [
       'create controller',
       'ICoreWebView2Controller::get_CoreWebView2',
@@ -201,28 +227,50 @@ describe('in the window', { concurrency: 3 }, () => {
     assert.deepEqual([bounds.left, bounds.top, bounds.right, bounds.bottom, bounds.dpi], [0, 0, 920, 640, 96]);
   });
 
-  test('at 144 DPI the page keeps its size on a finer screen', async (t) => {
-    const machine = await makeWindowMachine(t, surroundings, { dpi: 144 });
+  test('at 144 DPI the page keeps its size on a finer screen, and the window its own whatever the mouse does', async (t) => {
+    const display = await startDisplay({ width: 1600, height: 1200 });
+    t.after(() => display.stop());
+    const machine = await makeWindowMachine(t, { display }, { dpi: 144 });
     await machine.restart();
     const { program } = await openInstaller(t, surroundings, machine);
-    const bounds = program.transcript.find(({ event }) => event === 'bounds');
-    assert.deepEqual([bounds.left, bounds.top, bounds.right, bounds.bottom, bounds.dpi], [0, 0, 1380, 960, 144]);
+    const sizes = () => program.transcript.filter(({ event }) => event === 'bounds')
+      .map(({ left, top, right, bottom, dpi }) => [left, top, right, bottom, dpi]);
+    assert.deepEqual(sizes(), [[0, 0, 1380, 960, 144]]);
     assert.deepEqual(await program.page.evaluate(() => [innerWidth, innerHeight, devicePixelRatio]), [920, 640, 1.5]);
+
+    const screen = screenOf(display);
+    const before = screen.window();
+    const [right, bottom] = [before.x + before.width, before.y + before.height];
+    const caption = [before.x + before.width / 2, before.y + (before.height - 960) / 2];
+    screen.doubleClick(...caption); // maximises a window that can be
+    screen.drag(right - 1, bottom - 1, 60, 40); // by the corner
+    screen.drag(right - 1, before.y + before.height / 2, 60, 0); // by the edge
+    // It can be moved: what was done before has been dealt with when it arrives.
+    screen.drag(...caption, -40, 20);
+    await waitUntil(() => screen.window().x !== before.x, 'the window to move');
+    assert.deepEqual(screen.window(), { ...before, x: before.x - 40, y: before.y + 20 });
+    assert.ok(sizes().every(([, , width, height]) => width === 1380 && height === 960), JSON.stringify(sizes()));
   });
 
   test('closing in the middle of a run ends the program at once with 0', async (t) => {
-    const machine = await makeWindowMachine(t, surroundings, { browsers: ['Google Chrome'] });
-    // A browser to close: the run then pauses for a second and a half.
-    const chrome = await machine.startAndWait(browserPlaces['Google Chrome'], ['--stay']);
+    const machine = await makeWindowMachine(t, surroundings);
+    // Holds the run, which waits fifteen seconds at most, in the middle of the console's installation.
+    writeFileSync(machine.path('C:\\schtasks.hold'), '');
     const { program, ended } = await openInstaller(t, surroundings, machine);
     await startInstallation(program);
-    await program.waitFor(({ event, text }) => event === 'message' && text?.includes('Closed 1 browser process(es)'));
+    await program.waitFor(({ event, text }) => event === 'message' && text?.includes('Created desktop shortcut'));
+    await waitUntil(() => existsSync(machine.path('C:\\schtasks.log')), 'the task to be scheduled');
     await program.post('{"action":"close"}');
-    assert.equal((await ended).code, 0);
-    await chrome.ended;
-    assert.deepEqual(conversation(program), [
-      said.installRequest(true, true), ...said.browsersClosed('Closed 1 browser process(es)').slice(0, 2), said.closeRequest,
-    ]);
-    assert.equal((await machine.report()).empty, true);
+    const { code, stdout, stderr } = await ended;
+    assert.deepEqual([code, stdout, stderr], [0, '', '']);
+    const throughShortcut = said.consoleInstalled(40).slice(0, 4);
+    assert.deepEqual(conversation(program),
+      [said.installRequest(true, true), ...said.browsersClosed(), ...throughShortcut, said.closeRequest]);
+    // What was done stays; what would have followed is not there.
+    const report = await machine.report();
+    assert.deepEqual(expected.filesBelow(report, expected.programFiles), expected.consoleFiles);
+    assert.deepEqual(report.task_calls, [expected.createTaskCommand]);
+    assert.equal(report.shortcut.target, `${expected.consoleFolder}\\Fortwright.exe`);
+    assert.deepEqual([report.uninstall, report.hosts, report.service, report.pending], [[], [], null, []]);
   });
 });

@@ -2,10 +2,13 @@
 
 import assert from 'node:assert/strict';
 import { after, before, describe, test } from 'node:test';
+import { assertNothingInstalled } from './support/assert_state.mjs';
 import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
 import { waitUntil } from './support/machine.mjs';
-import { atScreen, conversation, makeWindowMachine, openInstaller, press, startSurroundings } from './support/window.mjs';
+import {
+  atScreen, browserPlaces, conversation, makeWindowMachine, openInstaller, press, startSurroundings,
+} from './support/window.mjs';
 
 let surroundings;
 before(async () => { surroundings = await startSurroundings(); });
@@ -34,7 +37,7 @@ describe('in the window', { concurrency: 3 }, () => {
     assert.deepEqual(conversation(program), [...said.removal(), said.closeRequest]);
     assert.deepEqual(scripts(program), []);
     assert.ok(!program.transcript.some(({ method }) => method === 'ICoreWebView2::add_NavigationCompleted'));
-    assert.equal((await machine.report()).empty, true);
+    await assertNothingInstalled(machine);
   });
 
   test('uninstall-gui opens the page on the removal screen once it has loaded', async (t) => {
@@ -49,7 +52,7 @@ describe('in the window', { concurrency: 3 }, () => {
     // The handler is registered after the page has been handed over, and the script comes after the load.
     assert.ok(names.indexOf('ICoreWebView2::add_NavigationCompleted') > names.indexOf('navigate'));
     assert.ok(names.indexOf('script') > names.indexOf('loaded'));
-    assert.equal((await machine.report()).empty, true);
+    await assertNothingInstalled(machine);
   });
 
   test('every completed load in removal mode opens the removal screen again', async (t) => {
@@ -66,6 +69,23 @@ describe('in the window', { concurrency: 3 }, () => {
     const removal = await openInstaller(t, surroundings, machine, { options: ['--uninstall-gui'] });
     await confirmAndClose(removal);
     assert.deepEqual(conversation(removal.program), [...said.removal(), said.closeRequest]);
+    await assertNothingInstalled(machine);
+  });
+
+  test('a removal closes a running browser first', async (t) => {
+    const machine = await makeWindowMachine(t, surroundings, { browsers: ['Brave'] });
+    assert.equal((await machine.install('-s')).code, 0);
+    const brave = await machine.startAndWait(browserPlaces.Brave, ['--stay']);
+    const removal = await openInstaller(t, surroundings, machine);
+    await atScreen(removal.program, 's-welcome');
+    await press(removal.program, 'Uninstall');
+    await confirmAndClose(removal);
+    assert.deepEqual(conversation(removal.program),
+      [...said.removal({ browsers: 'Closed 1 browser process(es)' }), said.closeRequest]);
+    // Ended by the installer: it would have stayed.
+    assert.equal((await brave.ended).code, 0);
+    const report = await assertNothingInstalled(machine);
+    assert.deepEqual(report.task_calls, [expected.createTaskCommand, expected.deleteTaskCommand]);
   });
 
   test('a removal while the console runs says that its files go at the next restart', async (t) => {
@@ -77,6 +97,8 @@ describe('in the window', { concurrency: 3 }, () => {
     assert.deepEqual(conversation(removal.program),
       [...said.removal({ console: 'FWC files marked for removal on reboot' }), said.closeRequest]);
     const report = await machine.report();
-    assert.deepEqual(report.pending.map(({ from }) => from), [`${expected.consoleFolder}\\Fortwright.exe`]);
+    assert.deepEqual(report.pending, [{ from: `${expected.consoleFolder}\\Fortwright.exe`, to: '' }]);
+    assert.deepEqual(expected.filesBelow(report, expected.programFiles), ['FWC\\Fortwright.exe']);
+    assert.deepEqual([report.uninstall, report.hosts, report.service, report.shortcut], [[], [], null, null]);
   });
 });

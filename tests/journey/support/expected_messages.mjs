@@ -26,18 +26,22 @@ export const consoleInstalled = (end) => [
   percent(end),
 ];
 
-export const linkwardInstalled = [
+/** The console's program is not where the installer looks; `reason` is the text of the failure. */
+export const consoleMissing = (end, reason) => [status('Installing Fortwright Console...'), step(reason, false), percent(end)];
+
+const linkwardRun = (...deployment) => [
   status('Installing Veyra Linkward...'),
-  step('Deployed bloom filter to ProgramData'),
-  step('Deployed bloom filter to ProgramData'),
-  step('Deployed 4 files'),
-  step('Service installed and started'),
+  ...deployment.map((text) => step(text)),
   step('Native messaging hosts registered'),
   step('Registered in Add/Remove Programs'),
   percent(85),
   status('Detecting installed browsers...'),
   percent(100),
 ];
+export const linkwardInstalled = linkwardRun('Deployed bloom filter to ProgramData', 'Deployed bloom filter to ProgramData',
+  'Deployed 4 files', 'Service installed and started');
+/** From a folder with one file that belongs to nothing. */
+export const linkwardInstalledFromNothing = linkwardRun('Deployed 1 files', 'Service installed but start failed (error 2)');
 
 export const completeWithoutLinkward = [percent(100), program('{"action":"install_complete"}')];
 
@@ -50,10 +54,12 @@ export const storeOpened = (index) => [
 export const amoOpened = [page('{"action":"open_amo"}'), program('{"action":"amo_opened"}')];
 export const closeRequest = page('{"action":"close"}');
 
-/** A removal; `files` is what becomes of each product's files. */
-export const removal = ({ console = 'FWC files removed', linkward = 'Files removed' } = {}) => [
+/** A removal: what became of running browsers and of each product's files. */
+export const removal = ({
+  browsers = 'No browsers running', console = 'FWC files removed', linkward = 'Files removed',
+} = {}) => [
   page('{"action":"uninstall"}'),
-  ...['No browsers running', 'Removed scheduled task', 'Removed desktop shortcut', 'Removed registry entries',
+  ...[browsers, 'Removed scheduled task', 'Removed desktop shortcut', 'Removed registry entries',
     console, 'FWC uninstall complete', 'Service removed', 'Native messaging removed',
     'Extension policies cleaned', linkward, 'Uninstall complete'].map(removalStep),
   program('{"action":"uninstall_done"}'),
