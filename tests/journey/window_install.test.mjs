@@ -247,8 +247,9 @@ describe('in the window', { concurrency: 3 }, () => {
     screen.drag(right - 1, before.y + before.height / 2, 60, 0); // by the edge
     // It can be moved: what was done before has been dealt with when it arrives.
     screen.drag(...caption, -40, 20);
-    await waitUntil(() => screen.window().x !== before.x, 'the window to move');
-    assert.deepEqual(screen.window(), { ...before, x: before.x - 40, y: before.y + 20 });
+    const moved = { ...before, x: before.x - 40, y: before.y + 20 };
+    await waitUntil(() => screen.window().x === moved.x && screen.window().y === moved.y, 'the window to be moved');
+    assert.deepEqual(screen.window(), moved);
     assert.ok(sizes().every(([, , width, height]) => width === 1380 && height === 960), JSON.stringify(sizes()));
   });
 
