@@ -89,21 +89,27 @@ describe('in the window', { concurrency: 3 }, () => {
     });
   }
 
-  for (const outcomes of ['refuse,later', 'fail-later,later', 'fail-inside,inside']) {
-    test(`an environment that comes at the second attempt (${outcomes}) shows the page`, async (t) => {
+  const begun = [[environmentHandler, 0], [controllerHandler, 0]];
+  for (const [what, outcomes, course] of [
+    ['is refused and comes at the second attempt', 'refuse,later', [environmentCall, environmentCall, ...begun]],
+    ['fails and comes at the second attempt', 'fail-later,later',
+      [environmentCall, environmentCall, [environmentHandler, 0], ...begun]],
+    ['fails and comes at the second attempt, both inside the call', 'fail-inside,inside',
+      [environmentCall, environmentCall, [environmentHandler, 0], ...begun]],
+    ['comes inside the call', 'inside', [environmentCall, ...begun]],
+  ]) {
+    test(`an environment that ${what} shows the page`, async (t) => {
       const machine = await makeWindowMachine(t, surroundings);
-      const { program } = await openInstaller(t, surroundings, machine, { outcomes });
+      const { program, ended } = await openInstaller(t, surroundings, machine, { outcomes });
       await atScreen(program, 's-welcome');
+      assert.deepEqual(startCourse(program), course);
+      await program.post('{"action":"close"}');
+      const { code, stdout, stderr } = await ended;
+      assert.deepEqual([code, stdout, stderr], [0, '', '']);
+      assert.deepEqual(conversation(program), [said.closeRequest]);
+      assert.deepEqual(program.troubles(), []);
     });
   }
-
-  test('handlers that are called inside the create call work as well', async (t) => {
-    const machine = await makeWindowMachine(t, surroundings);
-    const { program, ended } = await openInstaller(t, surroundings, machine, { outcomes: 'inside' });
-    await atScreen(program, 's-welcome');
-    await program.post('{"action":"close"}');
-    assert.equal((await ended).code, 0);
-  });
 
   test('the death of the page\'s process leaves a window that can be closed', async (t) => {
     const { machine, program, ended } = await openForMessages(t);
