@@ -47,11 +47,13 @@ test('a recorder browser writes its path and command line, and stays when it is 
   await staying.ended;
 });
 
-test('a machine speaks the same code page whatever the locale of its host', async (t) => {
+test('a machine has the same code page and user whatever the locale and the environment of its host', async (t) => {
   const machine = await makeMachine(t);
+  const { user } = machine;
   const query = ['query', 'HKLM\\System\\CurrentControlSet\\Control\\Nls\\CodePage', '/v', 'ACP'];
-  const { stdout } = await machine.run('reg.exe', query, { LC_ALL: 'ja_JP.UTF-8' });
+  const { stdout } = await machine.run('reg.exe', query, { LC_ALL: 'ja_JP.UTF-8', USER: 'somebody' });
   assert.match(stdout, / ACP +REG_SZ +1252\r?\n/);
+  assert.equal(machine.user, user);
 });
 
 test('the sample messaging host sends every message back and ends with the pipe', async (t) => {
