@@ -4,7 +4,9 @@ import assert from 'node:assert/strict';
 import { existsSync, readFileSync, writeFileSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
 import { startDisplay } from '../support/display.mjs';
-import { assertBothInstalled, assertConsoleAloneInstalled, assertLinkwardAloneInstalled, assertNothingInstalled } from './support/assert_state.mjs';
+import {
+  assertBothInstalled, assertConsoleAloneInstalled, assertLinkwardAloneInstalled, assertNothingInstalled,
+} from './support/assert_state.mjs';
 import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
 import { built, waitUntil } from './support/machine.mjs';
@@ -241,10 +243,10 @@ describe('in the window', { concurrency: 3 }, () => {
     const screen = screenOf(display);
     const before = screen.window();
     const [right, bottom] = [before.x + before.width, before.y + before.height];
-    const caption = [before.x + before.width / 2, before.y + (before.height - 960) / 2];
+    const caption = [before.x + before.width / 2, before.y + (before.height - 960) / 2].map(Math.trunc);
     screen.doubleClick(...caption); // maximises a window that can be
     screen.drag(right - 1, bottom - 1, 60, 40); // by the corner
-    screen.drag(right - 1, before.y + before.height / 2, 60, 0); // by the edge
+    screen.drag(right - 1, before.y + 500, 60, 0); // by the edge
     // It can be moved: what was done before has been dealt with when it arrives.
     screen.drag(...caption, -40, 20);
     const moved = { ...before, x: before.x - 40, y: before.y + 20 };

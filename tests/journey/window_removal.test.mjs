@@ -62,6 +62,8 @@ describe('in the window', { concurrency: 3 }, () => {
     assert.deepEqual(scripts(program), ["goTo('s-uninstall-confirm');"]);
     await program.reload();
     await waitUntil(() => scripts(program).length === 2, 'the second script');
+    assert.deepEqual(scripts(program), Array(2).fill("goTo('s-uninstall-confirm');"));
+    assert.deepEqual(conversation(program), []);
   });
 
   test('a removal from a machine that holds nothing shows the same steps', async (t) => {

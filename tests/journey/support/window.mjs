@@ -84,7 +84,8 @@ export function screenOf(display) {
     window() {
       try {
         const text = xdotool('search', '--onlyvisible', '--name', '^Veyra Security Suite — Setup$', 'getwindowgeometry', '--shell');
-        const [x, y, width, height] = ['X', 'Y', 'WIDTH', 'HEIGHT'].map((name) => Number(text.match(new RegExp(`^${name}=(-?\\d+)$`, 'm'))[1]));
+        const [x, y, width, height] = ['X', 'Y', 'WIDTH', 'HEIGHT']
+          .map((name) => Number(text.match(new RegExp(`^${name}=(-?\\d+)$`, 'm'))[1]));
         return { x, y, width, height };
       } catch {
         return undefined;
