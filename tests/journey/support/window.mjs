@@ -112,3 +112,12 @@ export async function press(program, text) {
 
 /** Texts of both directions in their order, each with the side it came from. */
 export const conversation = (program) => program.messages().map(({ from, text, json }) => [from, text ?? json]);
+
+/** From the welcome screen through the warning to the start of the run. */
+export async function startInstallation(program) {
+  await atScreen(program, 's-welcome');
+  await press(program, 'Install Selected');
+  await atScreen(program, 's-close-browsers');
+  await press(program, 'Continue');
+  await atScreen(program, 's-installing');
+}
