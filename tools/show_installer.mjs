@@ -13,7 +13,9 @@ import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { mkdirSync, readdirSync, rmSync } from 'node:fs';
 import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
 import { startBridge } from '../tests/standins/webview2_runtime/bridge/bridge.mjs';
+import { launchChromium } from './chromium.mjs';
 
 const words = process.argv.slice(2);
 const walks = words[0] === '--walk';
@@ -62,7 +64,9 @@ mkdirSync(folder, { recursive: true });
 for (const old of readdirSync(folder).filter((name) => /^\d\d-.*\.png$/.test(name))) {
   rmSync(join(folder, old));
 }
-const bridge = await startBridge({ paint: !walks, transcriptFile: join(folder, 'transcript.jsonl') });
+const fonts = fileURLToPath(new URL('page/fonts.conf', import.meta.url));
+const browser = await launchChromium({ env: { ...process.env, FONTCONFIG_FILE: fonts } });
+const bridge = await startBridge({ browser, paint: !walks, transcriptFile: join(folder, 'transcript.jsonl') });
 // The installer prints nothing; what comes out there is Wine taking leave of the screen.
 const installer = spawn(command, args, { env: { ...process.env, ...bridge.environment }, stdio: ['ignore', 'inherit', 'ignore'] });
 /** How the installer ended: its exit code or a word. */
@@ -95,6 +99,7 @@ if (walks) {
 }
 const result = await ended;
 await bridge.stop();
+await browser.close();
 if (typeof result !== 'number' && !failed) {
   console.error(`run: the installer did not end by itself (${result})`);
 }
