@@ -70,28 +70,48 @@ std::uint64_t deploy_entries(const fs::path& source, const fs::path& install_dir
     return deployed_count;
 }
 
-/// Copies every bloom filter of a folder to the data folder and reports each; a failure is handed over.
-template<typename OnFailure>
-void deploy_bloom_filters(const fs::path& folder, const ProgressFn& progress, OnFailure on_failure) {
-    for (const FolderEntry& entry : list_folder(folder)) {
-        if (entry.is_directory || lower_extension(entry.path) != bloom_filter_extension) {
+bool is_bloom_filter(const FolderEntry& entry) {
+    return !entry.is_directory && lower_extension(entry.path) == bloom_filter_extension;
+}
+
+void copy_bloom_filter(const FolderEntry& entry) {
+    copy_file_over(entry.path, linkward_programdata_dir() / entry.path.filename());
+}
+
+void report_bloom_filter(const ProgressFn& progress) {
+    progress("Deployed bloom filter to ProgramData", true);
+}
+
+void deploy_bloom_filters(const fs::path& source, const ProgressFn& progress) {
+    for (const FolderEntry& entry : list_folder(source)) {
+        if (!is_bloom_filter(entry)) {
             continue;
         }
         try {
-            copy_file_over(entry.path, linkward_programdata_dir() / entry.path.filename());
-            progress("Deployed bloom filter to ProgramData", true);
+            copy_bloom_filter(entry);
         } catch (const std::exception& error) {
-            on_failure(error);
+            progress(std::string("Warning: bloom filter deploy failed: ") + error.what(), false);
+            continue;
         }
+        // Not guarded: a report that fails is no failed copy.
+        report_bloom_filter(progress);
     }
 }
 
 /// The installed copy of the installer was started to install again: only the data folder wants its files.
 void deploy_from_install_dir(const fs::path& install_dir, const ProgressFn& progress) {
     progress("Files already in install directory", true);
-    deploy_bloom_filters(install_dir, progress, [](const std::exception& /*error*/) {
-        // The data folder keeps the filter that it has.
-    });
+    for (const FolderEntry& entry : list_folder(install_dir)) {
+        if (!is_bloom_filter(entry)) {
+            continue;
+        }
+        try {
+            copy_bloom_filter(entry);
+            report_bloom_filter(progress);
+        } catch (const std::exception&) {
+            // The data folder keeps the filter that it has.
+        }
+    }
 }
 
 void copy_installer() {
@@ -119,9 +139,7 @@ bool deploy_linkward_files(const fs::path& source, const ProgressFn& progress) {
             return true;
         }
         const std::uint64_t deployed_count = deploy_entries(source, install_dir, progress);
-        deploy_bloom_filters(source, progress, [&](const std::exception& error) {
-            progress(std::string("Warning: bloom filter deploy failed: ") + error.what(), false);
-        });
+        deploy_bloom_filters(source, progress);
         copy_installer();
         progress("Deployed " + std::to_string(deployed_count) + " files", true);
         return true;

@@ -1,12 +1,14 @@
 // What a deployment reports when it cannot be done, or not in full.
 #include <algorithm>
 #include <doctest/doctest.h>
+#include <stdexcept>
 #include <string>
 #include <windows.h>
 
 #include "deployed.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
+#include "linkward/deployment.h"
 #include "test_files.h"
 
 namespace {
@@ -115,6 +117,23 @@ TEST_CASE("a bloom filter that cannot be copied is a warning of its own") {
     CHECK(std::count(deployment.reports.begin(), deployment.reports.end(), bloom_report) == 2);
     CHECK(deployment.reports.back() == Report{"Deployed 0 files", true});
     CHECK(paths_below(data_dir) == Paths{L"a.vybf", L"logs\\", L"z.vybf"});
+}
+
+TEST_CASE("a report of a bloom filter that fails ends the deployment but not one from the install folder") {
+    write_file(source + L"\\a.vybf", "x");
+    write_file(install_dir + L"\\b.vybf", "x");
+    RecordedReports reports;
+    const auto failing = [&](const std::string& text, bool ok) {
+        reports.progress(text, ok);
+        if (text == bloom_report.text) {
+            throw std::runtime_error("nobody listens");
+        }
+    };
+    CHECK_FALSE(deploy_linkward_files(source, failing));
+    CHECK(reports.all == Reports{bloom_report, {"File copy failed: nobody listens", false}});
+    reports.all.clear();
+    CHECK(deploy_linkward_files(install_dir, failing));
+    CHECK(reports.all == Reports{{"Files already in install directory", true}, bloom_report});
 }
 
 TEST_CASE("a folder that cannot be made ends the deployment at once") {
