@@ -27,7 +27,7 @@ Object.assign(process.env, {
   ORVANTA_WEBVIEW2_STANDIN_DIR: join(release, 'tests/standins/webview2_runtime'),
 });
 const { makeMachine } = await import('../tests/journey/support/machine.mjs');
-const { atScreen, makeWindowMachine, openInstaller, press, startSurroundings } = await import('../tests/journey/support/window.mjs');
+const { atScreen, makeWindowMachine, openInstaller, startSurroundings } = await import('../tests/journey/support/window.mjs');
 
 const endings = [];
 const bench = { after: (ending) => endings.unshift(ending) };
@@ -101,9 +101,9 @@ async function measure() {
     const { program, ended } = await openInstaller(bench, surroundings, windowMachine);
     shown.push(performance.now() - started);
     await atScreen(program, 's-welcome');
-    await press(program, 'Install Selected');
+    await program.press('Install Selected');
     await atScreen(program, 's-close-browsers');
-    await press(program, 'Continue');
+    await program.press('Continue');
     const sent = await program.waitFor(({ from, event }) => from === 'page' && event === 'message');
     const report = await program.waitFor(({ text }) => text?.includes('"progress"'));
     answered.push(report.t - sent.t);

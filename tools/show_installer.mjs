@@ -38,26 +38,24 @@ async function arriveAt(program, id, name = id.replace(/^s-/, '')) {
   console.error(`run:   ${file}`);
 }
 
-const press = (program, text) => program.page.locator('.screen.active button', { hasText: text }).click({ timeout: 60000 });
-
 /** A whole installation, as a user clicks through it. */
 async function walkInstallation(program) {
   await arriveAt(program, 's-welcome');
-  await press(program, 'Install Selected');
+  await program.press('Install Selected');
   await arriveAt(program, 's-close-browsers');
-  await press(program, 'Continue');
+  await program.press('Continue');
   await arriveAt(program, 's-installing');
   const { text } = await program.waitFor(({ from, text: sent }) => from === 'program' && sent?.includes('browsers_detected'));
   for (const { name } of JSON.parse(text).browsers) {
     await program.page.waitForFunction((wanted) => document.getElementById('browser-name').textContent === wanted, name);
     await arriveAt(program, 's-browser', name.toLowerCase().replaceAll(' ', '-'));
-    await press(program, 'Open Web Store');
-    await press(program, 'Extension Added');
+    await program.press('Open Web Store');
+    await program.press('Extension Added');
   }
   await arriveAt(program, 's-firefox-notice');
-  await press(program, 'Open Firefox Add-ons');
+  await program.press('Open Firefox Add-ons');
   await arriveAt(program, 's-complete');
-  await press(program, 'Close Installer');
+  await program.press('Close Installer');
 }
 
 mkdirSync(folder, { recursive: true });

@@ -6,7 +6,7 @@ import { after, before, describe, test } from 'node:test';
 import { assertBothInstalled } from './support/assert_state.mjs';
 import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
-import { atScreen, conversation, makeWindowMachine, openInstaller, press, startSurroundings } from './support/window.mjs';
+import { atScreen, conversation, makeWindowMachine, openInstaller, startSurroundings } from './support/window.mjs';
 
 let surroundings;
 before(async () => { surroundings = await startSurroundings(); });
@@ -43,9 +43,9 @@ describe('from Add/Remove Programs', { concurrency: 3 }, () => {
     const { program, ended } = await openByEntry(t, machine, 'VeyraLinkward');
     assert.equal(programOf(program), installedCopy);
     await atScreen(program, 's-uninstall-confirm');
-    await press(program, 'Uninstall Everything');
+    await program.press('Uninstall Everything');
     await atScreen(program, 's-uninstall-done');
-    await press(program, 'Close');
+    await program.press('Close');
     assert.deepEqual(await ended, { code: 0, stdout: '', stderr: '' });
     assert.deepEqual(conversation(program),
       [...said.removal({ linkward: 'Files marked for removal on reboot' }), said.closeRequest]);

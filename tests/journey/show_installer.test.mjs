@@ -77,7 +77,7 @@ describe('the installer is shown', { concurrency: 3 }, () => {
     assert.deepEqual([entries[0].event, entries.at(-1).event], ['hello', 'disconnected']);
     assert.deepEqual(entries.filter(({ event }) => event === 'trouble'), []);
 
-    assert.deepEqual(machine.launches(), [
+    assert.deepEqual(await machine.launches(browsers.length + 1), [
       ...browsers.map((name) => [browserPlaces[name], `"${browserPlaces[name]}" ${said.storePage}`]),
       ['C:\\Browsers\\default.exe', `"C:\\Browsers\\default.exe" "${said.addonPage}"`],
     ]);

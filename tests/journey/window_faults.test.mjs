@@ -168,7 +168,7 @@ describe('in the window', { concurrency: 3 }, () => {
     await settle(program);
     assert.deepEqual(conversation(program).filter(([from]) => from === 'program').slice(0, -1),
       cases.map(([, answer]) => said.program(`{"action":"webstore_opened","index":${answer}}`)));
-    assert.deepEqual(machine.launches(), []);
+    assert.deepEqual(await machine.launches(0), []);
   });
 
   test('ten thousand messages in one turn are answered one to one and in order', async (t) => {

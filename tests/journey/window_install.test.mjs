@@ -6,7 +6,7 @@ import { assertBothInstalled, assertConsoleAloneInstalled, assertLinkwardAloneIn
 import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
 import {
-  atScreen, browserPlaces, conversation, makeWindowMachine, openInstaller, press, startInstallation, startSurroundings,
+  atScreen, browserPlaces, conversation, makeWindowMachine, openInstaller, startInstallation, startSurroundings,
 } from './support/window.mjs';
 
 let surroundings;
@@ -18,14 +18,14 @@ async function walkBrowserStep(program, { name, shortName, counter }, button) {
   await atScreen(program, 's-browser');
   await program.page.waitForFunction((text) => document.getElementById('browser-counter').textContent === text, counter);
   assert.equal(await program.page.textContent('#browser-name'), name);
-  await press(program, `Open Web Store in ${shortName}`);
-  await press(program, button);
+  await program.press(`Open Web Store in ${shortName}`);
+  await program.press(button);
 }
 
 /** From the end of the installation to the end of the program. */
 async function closeInstaller({ program, ended }) {
   await atScreen(program, 's-complete');
-  await press(program, 'Close Installer');
+  await program.press('Close Installer');
   const { code, stdout, stderr } = await ended;
   assert.deepEqual([code, stdout, stderr], [0, '', '']);
   assert.deepEqual(program.troubles(), []);
@@ -48,7 +48,7 @@ describe('in the window', { concurrency: 3 }, () => {
         }, index % 2 === 0 ? 'Extension Added' : 'Skip');
       }
       await atScreen(program, 's-firefox-notice');
-      await press(program, 'Skip');
+      await program.press('Skip');
       await closeInstaller(installation);
 
       assert.deepEqual(conversation(program), [
@@ -61,10 +61,8 @@ describe('in the window', { concurrency: 3 }, () => {
         said.closeRequest,
       ]);
       // Each browser was started with the store page as its one argument.
-      assert.deepEqual(machine.launches().map(([path]) => path), browsers.map((name) => browserPlaces[name]));
-      for (const [path, commandLine] of machine.launches()) {
-        assert.equal(commandLine, `"${path}" ${said.storePage}`);
-      }
+      assert.deepEqual(await machine.launches(browsers.length),
+        browsers.map((name) => [browserPlaces[name], `"${browserPlaces[name]}" ${said.storePage}`]));
       await assertBothInstalled(machine);
     });
   }
@@ -83,7 +81,7 @@ describe('in the window', { concurrency: 3 }, () => {
       ...said.completeWithoutLinkward,
       said.closeRequest,
     ]);
-    assert.deepEqual(machine.launches(), []);
+    assert.deepEqual(await machine.launches(0), []);
     await assertConsoleAloneInstalled(machine);
   });
 
@@ -94,7 +92,7 @@ describe('in the window', { concurrency: 3 }, () => {
     await program.click('#card-fwc');
     await startInstallation(program);
     await atScreen(program, 's-firefox-notice');
-    await press(program, 'Open Firefox Add-ons');
+    await program.press('Open Firefox Add-ons');
     await closeInstaller(installation);
     assert.deepEqual(conversation(program), [
       said.installRequest(false, true),
@@ -104,7 +102,7 @@ describe('in the window', { concurrency: 3 }, () => {
       ...said.amoOpened,
       said.closeRequest,
     ]);
-    assert.deepEqual(machine.launches(), [['C:\\Browsers\\default.exe', `"C:\\Browsers\\default.exe" "${said.addonPage}"`]]);
+    assert.deepEqual(await machine.launches(1), [['C:\\Browsers\\default.exe', `"C:\\Browsers\\default.exe" "${said.addonPage}"`]]);
     await assertLinkwardAloneInstalled(machine);
   });
 
@@ -118,7 +116,7 @@ describe('in the window', { concurrency: 3 }, () => {
     await walkBrowserStep(program, { name: 'Opera', shortName: 'Opera', counter: 'Browser 1 of 2' }, 'Skip');
     await walkBrowserStep(program, { name: 'Opera GX', shortName: 'Opera', counter: 'Browser 2 of 2' }, 'Skip');
     await atScreen(program, 's-firefox-notice');
-    await press(program, 'Skip');
+    await program.press('Skip');
     await closeInstaller(installation);
     assert.deepEqual(conversation(program), [
       said.installRequest(true, true),
@@ -131,7 +129,7 @@ describe('in the window', { concurrency: 3 }, () => {
       said.closeRequest,
     ]);
     const launch = [browserPlaces.Opera, `"${browserPlaces.Opera}" ${said.storePage}`];
-    assert.deepEqual(machine.launches(), [launch, launch]);
+    assert.deepEqual(await machine.launches(2), [launch, launch]);
     await assertBothInstalled(machine);
   });
 
@@ -141,7 +139,7 @@ describe('in the window', { concurrency: 3 }, () => {
     const { program } = installation;
     await startInstallation(program);
     await atScreen(program, 's-firefox-notice');
-    await press(program, 'Skip');
+    await program.press('Skip');
     await closeInstaller(installation);
     const texts = conversation(program);
     // Only the reason is in the system's own words.

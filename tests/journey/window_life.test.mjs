@@ -9,7 +9,7 @@ import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
 import { built, waitUntil } from './support/machine.mjs';
 import {
-  atScreen, conversation, makeWindowMachine, openInstaller, press, screenOf, startInstallation, startSurroundings,
+  atScreen, conversation, makeWindowMachine, openInstaller, screenOf, startInstallation, startSurroundings,
 } from './support/window.mjs';
 
 let surroundings;
@@ -102,13 +102,13 @@ describe('the window', { concurrency: 3 }, () => {
     const machine = await makeWindowMachine(t, surroundings);
     const { program } = await openInstaller(t, surroundings, machine);
     await atScreen(program, 's-welcome');
-    await press(program, 'Install Selected');
+    await program.press('Install Selected');
     await atScreen(program, 's-close-browsers');
-    await press(program, 'Back');
+    await program.press('Back');
     await atScreen(program, 's-welcome');
-    await press(program, 'Uninstall');
+    await program.press('Uninstall');
     await atScreen(program, 's-uninstall-confirm');
-    await press(program, 'Cancel');
+    await program.press('Cancel');
     await atScreen(program, 's-welcome');
     assert.deepEqual(conversation(program), []);
     await assertNothingInstalled(machine);

@@ -7,7 +7,7 @@ import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
 import { waitUntil } from './support/machine.mjs';
 import {
-  atScreen, browserPlaces, conversation, makeWindowMachine, openInstaller, press, startSurroundings,
+  atScreen, browserPlaces, conversation, makeWindowMachine, openInstaller, startSurroundings,
 } from './support/window.mjs';
 
 let surroundings;
@@ -16,9 +16,9 @@ after(() => surroundings.stop());
 
 async function confirmAndClose({ program, ended }) {
   await atScreen(program, 's-uninstall-confirm');
-  await press(program, 'Uninstall Everything');
+  await program.press('Uninstall Everything');
   await atScreen(program, 's-uninstall-done');
-  await press(program, 'Close');
+  await program.press('Close');
   assert.equal((await ended).code, 0);
   assert.deepEqual(program.troubles(), []);
 }
@@ -32,7 +32,7 @@ describe('in the window', { concurrency: 3 }, () => {
     const removal = await openInstaller(t, surroundings, machine);
     const { program } = removal;
     await atScreen(program, 's-welcome');
-    await press(program, 'Uninstall');
+    await program.press('Uninstall');
     await confirmAndClose(removal);
     assert.deepEqual(conversation(program), [...said.removal(), said.closeRequest]);
     assert.deepEqual(scripts(program), []);
@@ -80,7 +80,7 @@ describe('in the window', { concurrency: 3 }, () => {
     const brave = await machine.startAndWait(browserPlaces.Brave, ['--stay']);
     const removal = await openInstaller(t, surroundings, machine);
     await atScreen(removal.program, 's-welcome');
-    await press(removal.program, 'Uninstall');
+    await removal.program.press('Uninstall');
     await confirmAndClose(removal);
     assert.deepEqual(conversation(removal.program),
       [...said.removal({ browsers: 'Closed 1 browser process(es)' }), said.closeRequest]);

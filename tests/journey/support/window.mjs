@@ -6,7 +6,7 @@ import { existsSync, readFileSync } from 'node:fs';
 import { launchChromium } from '../../../tools/chromium.mjs';
 import { startBridge } from '../../standins/webview2_runtime/bridge/bridge.mjs';
 import { startDisplay } from '../../support/display.mjs';
-import { installer, makeMachine } from './machine.mjs';
+import { installer, makeMachine, waitUntil } from './machine.mjs';
 
 /** What the tests of a file share: a screen and a browser. End both with `stop`. */
 export async function startSurroundings() {
@@ -52,11 +52,15 @@ export async function makeWindowMachine(t, surroundings, { browsers = [], runtim
   }
   return Object.assign(machine, {
     reg,
-    /** How each recorder browser was started: its own path and its command line. */
-    launches() {
+    /**
+     * How each recorder browser was started: its own path and its command line. They write it in their own time:
+     * waits until `count` of them have.
+     */
+    async launches(count) {
       const log = machine.path('C:\\browsers.log');
-      const lines = existsSync(log) ? readFileSync(log, 'utf8').split(/\r?\n/).filter(Boolean) : [];
-      return lines.map((line) => line.split('\t'));
+      const written = () => (existsSync(log) ? readFileSync(log, 'utf8').split(/\r?\n/).filter(Boolean) : []);
+      await waitUntil(() => written().length >= count, `${count} browsers to be started`);
+      return written().map((line) => line.split('\t'));
     },
   });
 }
@@ -105,19 +109,14 @@ export async function atScreen(program, id) {
   }, id, { timeout: 60000 });
 }
 
-/** Clicks a button of the screen that shows, by its text. */
-export async function press(program, text) {
-  await program.page.locator('.screen.active button', { hasText: text }).click({ timeout: 60000 });
-}
-
 /** Texts of both directions in their order, each with the side it came from. */
 export const conversation = (program) => program.messages().map(({ from, text, json }) => [from, text ?? json]);
 
 /** From the welcome screen through the warning to the start of the run. */
 export async function startInstallation(program) {
   await atScreen(program, 's-welcome');
-  await press(program, 'Install Selected');
+  await program.press('Install Selected');
   await atScreen(program, 's-close-browsers');
-  await press(program, 'Continue');
+  await program.press('Continue');
   await atScreen(program, 's-installing');
 }

@@ -3,6 +3,7 @@
 
 import { writeFileSync } from 'node:fs';
 import { keyParameters, mouseParameters } from './input.mjs';
+import { createPageActs } from './page_acts.mjs';
 import { openPageSession } from './page_session.mjs';
 import { createTranscript } from './transcript.mjs';
 import { encodeMessage, fromBridge, fromProgram, messageSplitter } from './wire.mjs';
@@ -24,6 +25,7 @@ export function serveProgram(socket, browser, now, options) {
   let hasPainted = false;
   let isAskingForCursor = false;
   let lastCursor = 0;
+  const { finished: actsFinished, ...acts } = createPageActs(() => open.page);
   let resolveClosed;
   const closed = new Promise((resolve) => { resolveClosed = resolve; });
 
@@ -168,12 +170,18 @@ export function serveProgram(socket, browser, now, options) {
     });
   }
 
+  async function closePage() {
+    const made = await session;
+    await actsFinished();
+    await made?.close();
+  }
+
   function onEnd() {
     record('program', 'disconnected');
     transcript.end();
     framePainted();
     resolveClosed();
-    session?.then((made) => made.close(), quiet);
+    closePage().catch(quiet); // it could not be opened
   }
 
   socket.setNoDelay(true);
@@ -188,6 +196,7 @@ export function serveProgram(socket, browser, now, options) {
   socket.on('close', onEnd);
 
   return {
+    ...acts,
     closed,
     transcript: transcript.entries,
     waitFor: transcript.waitFor,
@@ -200,7 +209,6 @@ export function serveProgram(socket, browser, now, options) {
       .map(({ event, text }) => `${event}: ${text}`),
     /** The page has loaded and can be used. */
     ready: (waiting) => transcript.waitFor(({ event }) => event === 'loaded', { what: 'the page', ...waiting }),
-    click: (selector, clicking) => open.page.click(selector, { timeout: 60000, ...clicking }),
     /** Writes the page as a PNG file, in pixels of the screen, when `path` is given; returns the bytes. */
     async screenshot(path) {
       const png = await open.picture();
@@ -211,14 +219,6 @@ export function serveProgram(socket, browser, now, options) {
     },
     /** Loads the page's document anew, by itself: it comes back empty. */
     reload: () => open.page.reload(),
-    /** Posts any value to the program, from inside the page and through its own chrome.webview. */
-    post: (value) => open.page.evaluate((message) => { window.chrome.webview.postMessage(message); }, value),
-    /** Posts each of many values, in order, in one turn of the page. */
-    postAll: (values) => open.page.evaluate((messages) => {
-      for (const message of messages) {
-        window.chrome.webview.postMessage(message);
-      }
-    }, values),
     /** Ends the page's process as a crash would. The program is not told: it has no handler for it. */
     async crashPage() {
       open.cdp.send('Page.crash').catch(quiet); // never answered

@@ -26,6 +26,9 @@ export function createTranscript({ file, now }) {
   }
 
   function record(from, event, details = {}) {
+    if (hasEnded) {
+      return; // what the page still does is no part of the program's run
+    }
     const entry = { t: Math.round(now() * 100) / 100, from, event, ...details };
     entries.push(entry);
     if (file) {
@@ -37,7 +40,6 @@ export function createTranscript({ file, now }) {
     for (const { look } of [...waiting]) {
       look(entry);
     }
-    return entry;
   }
 
   /** Says that the program has gone: whoever waits for more waits in vain. */

@@ -163,3 +163,20 @@ test('a process that ends at once is seen to, without a word of its own', async 
   assert.equal(events(program).includes('program closed'), false);
   assert.equal(program.transcript.some(({ text }) => text === 'the process ends'), false);
 });
+
+test('what is being done to the page is done to its end, also when the program ends before', async (t) => {
+  const { probe, program } = await startLoadedPair(t);
+  const pageGone = program.page.waitForEvent('close');
+  const clicked = program.click('#later'); // waits for it
+  probe.send('die');
+  await program.closed;
+  await program.page.evaluate(() => {
+    const later = document.createElement('button');
+    later.id = 'later';
+    later.addEventListener('click', () => { chrome.webview.postMessage('too late'); });
+    document.body.append(later);
+  });
+  await clicked;
+  await pageGone;
+  assert.equal(events(program).at(-1), 'program disconnected');
+});
