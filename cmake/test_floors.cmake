@@ -67,7 +67,7 @@ function(orvanta_add_doctest_cases LABEL PROGRAM)
 endfunction()
 
 # A file of tests for node's test runner. Node is looked for when the test runs: the build may have been configured
-# before anybody needed it.
+# before anybody needed it. Such a file runs several machines or pages at a time, so it takes the place of two tests.
 function(orvanta_add_node_tests LABEL TIMEOUT_SECONDS)
   foreach(file IN LISTS ARGN)
     get_filename_component(name "${file}" NAME)
@@ -77,6 +77,7 @@ function(orvanta_add_node_tests LABEL TIMEOUT_SECONDS)
     set_tests_properties("${LABEL}.${name}" PROPERTIES
       LABELS "${LABEL}"
       TIMEOUT ${TIMEOUT_SECONDS}
+      PROCESSORS 2
       ENVIRONMENT "${ORVANTA_TEST_ENVIRONMENT}")
   endforeach()
 endfunction()
