@@ -2,6 +2,7 @@
 // relies on them is worth no more than they are.
 
 import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
 import { cpSync, existsSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { test } from 'node:test';
 import { built, makeMachine, setupFolder, waitUntil } from './support/machine.mjs';
@@ -54,6 +55,19 @@ test('a machine has the same code page and user whatever the locale and the envi
   const { stdout } = await machine.run('reg.exe', query, { LC_ALL: 'ja_JP.UTF-8', USER: 'somebody' });
   assert.match(stdout, / ACP +REG_SZ +1252\r?\n/);
   assert.equal(machine.user, user);
+});
+
+test('no program of a machine has its memory at random places, where the host allows that', async (t) => {
+  const machine = await makeMachine(t);
+  cpSync(built('ORVANTA_BROWSER'), machine.path('C:\\chrome.exe'));
+  await machine.startAndWait('C:\\chrome.exe', ['--stay']);
+  const isFixed = (program) => {
+    const { id } = machine.processes().find(({ commandLine }) => commandLine.split('\0')[0].endsWith(program));
+    return (Number.parseInt(readFileSync(`/proc/${id}/personality`, 'latin1'), 16) & 0x0040000) !== 0;
+  };
+  const isAllowed = spawnSync('setarch', ['-R', 'true']).status === 0;
+  // What was started from outside, and what Windows started for it.
+  assert.deepEqual(['chrome.exe', 'services.exe'].map(isFixed), [isAllowed, isAllowed]);
 });
 
 test('the sample messaging host sends every message back and ends with the pipe', async (t) => {

@@ -50,14 +50,14 @@ export async function waitUntil(condition, what) {
   }
 }
 
-/** Whether a process of the machine in `folder` was started with this program as its first argument. */
-function runs(folder, program) {
-  return readdirSync('/proc').filter((name) => /^\d+$/.test(name)).some((id) => {
+/** The host's processes of the machine in `folder`: their ids and command lines, the words of which end in NUL. */
+function processesOf(folder) {
+  return readdirSync('/proc').filter((name) => /^\d+$/.test(name)).flatMap((id) => {
     try {
-      return readFileSync(`/proc/${id}/cmdline`, 'latin1').startsWith(program)
-        && readFileSync(`/proc/${id}/environ`, 'latin1').includes(`WINEPREFIX=${folder}\0`);
+      return readFileSync(`/proc/${id}/environ`, 'latin1').includes(`WINEPREFIX=${folder}\0`)
+        ? [{ id, commandLine: readFileSync(`/proc/${id}/cmdline`, 'latin1') }] : [];
     } catch {
-      return false; // ended while we looked
+      return []; // ended while we looked
     }
   });
 }
@@ -116,10 +116,12 @@ export async function makeMachine(t, { display } = {}) {
     /** Starts a program; `ended` gives its exit code and output. */
     start: (program, args = [], extraEnvironment = {}) => script('run', [program, ...args], extraEnvironment),
 
+    processes: () => processesOf(folder),
+
     /** Starts a program that stays, and returns when it runs. */
     async startAndWait(program, args) {
       const started = machine.start(program, args);
-      await waitUntil(() => runs(folder, program), `${program} to run`);
+      await waitUntil(() => machine.processes().some(({ commandLine }) => commandLine.startsWith(program)), `${program} to run`);
       return started;
     },
 
