@@ -2,34 +2,15 @@
 
 import assert from 'node:assert/strict';
 import { beforeEach, describe, test } from 'node:test';
+import { detect, startInstalling } from './support/install_flow.mjs';
 import { shareFreshInstaller } from './support/shared_page.mjs';
 
 const installer = shareFreshInstaller();
 
-const continueButton = '#s-close-browsers .btn-primary';
 const backButton = '#s-close-browsers .btn-ghost';
-const confirmButton = '#browser-confirm .btn-primary';
-const skipButton = '#browser-confirm .btn-ghost';
 const addonsButton = '#s-firefox-notice .btn-primary';
 const skipFirefoxButton = '#s-firefox-notice .btn-ghost';
 const closeButton = '#s-complete .btn-primary';
-
-/** From the welcome screen to the request that starts the installation. */
-async function startInstalling() {
-  await installer.click('#btn-install');
-  await installer.after(100);
-  assert.deepEqual(await installer.active(), ['s-close-browsers']);
-  await installer.click(continueButton);
-  await installer.after(400);
-  assert.deepEqual(await installer.active(), ['s-installing']);
-}
-
-async function detect(names) {
-  await installer.send({
-    action: 'browsers_detected', browsers: names.map((name, index) => ({ name, index })),
-  });
-  await installer.after(900);
-}
 
 const selectedCards = () => installer.page.evaluate(() =>
   Array.from(document.querySelectorAll('.product-card.selected'), (card) => card.id));
@@ -86,7 +67,7 @@ describe('choosing products', () => {
   ]) {
     test(`asks for ${request}, and for nothing else`, async () => {
       for (const card of clicks) await installer.click(card);
-      await startInstalling();
+      await startInstalling(installer);
       await installer.after(60000);
       assert.deepEqual(await installer.received(), [request]);
     });
@@ -109,14 +90,14 @@ describe('warning about open browsers', () => {
     assert.deepEqual(await installer.active(), ['s-welcome']);
     assert.deepEqual(await selectedCards(), ['card-lw']);
     assert.deepEqual(await installer.received(), []);
-    await startInstalling();
+    await startInstalling(installer);
     assert.deepEqual(await installer.received(), ['{"action":"install","fwc":false,"lw":true}']);
   });
 });
 
 describe('installing', () => {
   test('shows what the program reports and how far it is', async () => {
-    await startInstalling();
+    await startInstalling(installer);
     const label = () => installer.text('#progress-label');
     const pct = () => installer.text('#progress-pct');
     assert.deepEqual([await label(), await pct()], ['Preparing installation...', '0%']);
@@ -135,7 +116,7 @@ describe('installing', () => {
 
   test('without the web protection it ends on the completion screen, which closes the window', async () => {
     await installer.click('#card-lw');
-    await startInstalling();
+    await startInstalling(installer);
     await installer.send('{"action":"pct","v":100}');
     await installer.send('{"action":"install_complete"}');
     assert.equal(await installer.text('#progress-label'), 'Installation complete!');
@@ -148,7 +129,7 @@ describe('installing', () => {
   });
 
   test('with no browser found it goes straight to the Firefox step', async () => {
-    await startInstalling();
+    await startInstalling(installer);
     await installer.send('{"action":"browsers_detected","browsers":[]}');
     assert.equal(await installer.text('#progress-label'), 'Installation complete!');
     assert.equal(await installer.text('#progress-pct'), '100%');
@@ -157,94 +138,10 @@ describe('installing', () => {
   });
 });
 
-describe('browser steps', () => {
-  const allSix = ['Microsoft Edge', 'Google Chrome', 'Brave', 'Vivaldi', 'Opera', 'Opera GX'];
-  const shortNames = {
-    'Microsoft Edge': 'Edge', 'Google Chrome': 'Chrome', 'Brave': 'Brave', 'Vivaldi': 'Vivaldi',
-    'Opera': 'Opera', 'Opera GX': 'Opera',
-  };
-
-  async function expectStep(name, position, count) {
-    const short = shortNames[name] ?? name;
-    assert.equal(await installer.text('#browser-counter'), `Browser ${position} of ${count}`);
-    assert.equal(await installer.text('#browser-name'), name);
-    for (const id of ['browser-name2', 'browser-name3', 'browser-name4']) {
-      assert.equal(await installer.text(`#${id}`), short, id);
-    }
-    assert.equal(await installer.text('#btn-open-store'), `Open Web Store in ${short} \u2197`);
-    assert.equal(await installer.text('#browser-instructions > :nth-child(1)').then((t) => t.trim().replace(/\s+/g, ' ')),
-      `1 Click Open Web Store below \u2014 the page will open in ${short}`);
-    assert.equal(await installer.display('#browser-actions'), 'flex');
-    assert.equal(await installer.display('#browser-confirm'), 'none');
-    assert.equal(await installer.state("document.getElementById('btn-open-store').disabled"), false);
-  }
-
-  for (const names of [['Brave'], ['Microsoft Edge', 'Google Chrome', 'Opera GX'], allSix]) {
-    test(`lead through ${names.length} of ${names.length} browsers and then to Firefox`, async () => {
-      await startInstalling();
-      await detect(names);
-      assert.deepEqual(await installer.active(), ['s-browser']);
-      for (const [index, name] of names.entries()) {
-        await expectStep(name, index + 1, names.length);
-        await installer.click('#btn-open-store');
-        assert.equal((await installer.received()).at(-1), `{"action":"open_webstore","index":${index}}`);
-        await installer.send({ action: 'webstore_opened', index });
-        await installer.after(1500);
-        assert.equal(await installer.display('#browser-actions'), 'none');
-        assert.equal(await installer.display('#browser-confirm'), 'flex');
-        // By turns, as both lead on in the same way.
-        await installer.click(index % 2 === 0 ? confirmButton : skipButton);
-        await installer.after(1000);
-      }
-      assert.deepEqual(await installer.active(), ['s-firefox-notice']);
-      assert.deepEqual((await installer.received()).slice(1),
-        names.map((name, index) => `{"action":"open_webstore","index":${index}}`));
-    });
-  }
-
-  test('send the index that the host gave, not the position', async () => {
-    await startInstalling();
-    await installer.send('{"action":"browsers_detected","browsers":[{"name":"Brave","index":4}]}');
-    await installer.after(900);
-    await installer.click('#btn-open-store');
-    assert.equal((await installer.received()).at(-1), '{"action":"open_webstore","index":4}');
-  });
-
-  test('call a browser that they do not know by its own name', async () => {
-    await startInstalling();
-    await detect(['Nightjar']);
-    await expectStep('Nightjar', 1, 1);
-  });
-
-  test('open the store once: the button is disabled until the next browser', async () => {
-    await startInstalling();
-    await detect(['Brave', 'Vivaldi']);
-    await installer.click('#btn-open-store');
-    assert.equal(await installer.state("document.getElementById('btn-open-store').disabled"), true);
-    await installer.click('#btn-open-store');
-    assert.equal((await installer.received()).length, 2);
-    await installer.send('{"action":"webstore_opened","index":0}');
-    await installer.after(1500);
-    await installer.click(skipButton);
-    await installer.after(1000);
-    assert.equal(await installer.state("document.getElementById('btn-open-store').disabled"), false);
-  });
-
-  test('stay where they are when the program never answers', async () => {
-    await startInstalling();
-    await detect(['Brave']);
-    await installer.click('#btn-open-store');
-    await installer.after(10 * 60 * 1000);
-    assert.deepEqual(await installer.active(), ['s-browser']);
-    assert.equal(await installer.state("document.getElementById('btn-open-store').disabled"), true);
-    assert.equal(await installer.display('#browser-confirm'), 'none');
-  });
-});
-
 describe('Firefox step', () => {
   beforeEach(async () => {
-    await startInstalling();
-    await detect([]);
+    await startInstalling(installer);
+    await detect(installer, []);
   });
 
   test('asks for the add-on page and goes on when it was opened', async () => {

@@ -1,19 +1,11 @@
-// Every delay to the millisecond, on a clock that only moves when it is told to.
+// Every delay but the slide show's to the millisecond, on a clock that only moves when it is told to.
 
 import assert from 'node:assert/strict';
 import { beforeEach, describe, test } from 'node:test';
+import { expectExactly } from './support/expect_exactly.mjs';
 import { shareFreshInstaller } from './support/shared_page.mjs';
 
 const installer = shareFreshInstaller();
-
-/** Nothing of `changed` may be true one millisecond before `delay`, all of it must be at `delay`. */
-async function expectExactly(delay, changed) {
-  assert.equal(await changed(), false, 'before any time has passed');
-  await installer.after(delay - 1);
-  assert.equal(await changed(), false, `after ${delay - 1} ms`);
-  await installer.after(1);
-  assert.equal(await changed(), true, `after ${delay} ms`);
-}
 
 const isActive = (id) => async () => (await installer.active()).includes(id);
 
@@ -23,7 +15,7 @@ describe('goTo', () => {
     assert.deepEqual(await installer.active(), []);
     assert.deepEqual(await installer.leaving(), ['s-welcome']);
     assert.equal(await installer.state('currentScreen'), 's-welcome');
-    await expectExactly(100, isActive('s-close-browsers'));
+    await expectExactly(installer, 100, isActive('s-close-browsers'));
     assert.deepEqual(await installer.leaving(), []);
     assert.equal(await installer.state('currentScreen'), 's-close-browsers');
   });
@@ -78,7 +70,7 @@ describe('goTo', () => {
 describe('requests', () => {
   test('"install" leaves 400 ms after the warning was confirmed', async () => {
     await installer.state('beginInstall()');
-    await expectExactly(400, async () => (await installer.received()).length > 0);
+    await expectExactly(installer, 400, async () => (await installer.received()).length > 0);
     assert.deepEqual(await installer.received(), ['{"action":"install","fwc":true,"lw":true}']);
   });
 
@@ -92,7 +84,7 @@ describe('requests', () => {
 
   test('"uninstall" leaves 400 ms after the removal was confirmed', async () => {
     await installer.state('startUninstall()');
-    await expectExactly(400, async () => (await installer.received()).length > 0);
+    await expectExactly(installer, 400, async () => (await installer.received()).length > 0);
     assert.deepEqual(await installer.received(), ['{"action":"uninstall"}']);
   });
 
@@ -107,70 +99,29 @@ describe('requests', () => {
   });
 });
 
-describe('slide show', () => {
-  const shown = async () => installer.page.evaluate(() => ({
-    slides: Array.from(document.querySelectorAll('.carousel-slide.active'), (e) => e.dataset.slide),
-    dots: Array.from(document.querySelectorAll('.carousel-dots > *'))
-      .flatMap((dot, index) => (dot.classList.contains('active') ? [index] : [])),
-  }));
-
-  test('changes every 4000 ms and begins again after the fifth slide', async () => {
-    await installer.state('beginInstall()');
-    for (let change = 0; change < 11; ++change) {
-      const index = change % 5;
-      assert.deepEqual(await shown(), { slides: [String(index)], dots: [index] });
-      await expectExactly(4000, async () => (await shown()).dots[0] !== index);
-    }
-  });
-
-  test('stands still before the installation begins', async () => {
-    await installer.after(60000);
-    assert.deepEqual(await shown(), { slides: ['0'], dots: [0] });
-    assert.equal(await installer.state('carouselTimer'), null);
-  });
-
-  test('begins at the first slide when it is started again', async () => {
-    await installer.state('showSlide(3)');
-    await installer.state('startCarousel()');
-    assert.deepEqual(await shown(), { slides: ['0'], dots: [0] });
-  });
-
-  test('does not follow a click on a dot', async () => {
-    await installer.state('beginInstall()');
-    await installer.after(400);
-    await installer.click('.carousel-dots > :nth-child(4)');
-    assert.deepEqual(await shown(), { slides: ['0'], dots: [0] });
-  });
-
-  test('shows nothing for a slide that does not exist', async () => {
-    await installer.state('showSlide(5)');
-    assert.deepEqual(await shown(), { slides: [], dots: [] });
-  });
-});
-
 describe('answers of the program', () => {
   test('"install_complete" leads on after 800 ms and the change of screen', async () => {
     await installer.send('{"action":"install_complete"}');
-    await expectExactly(800, async () => (await installer.leaving()).length > 0);
-    await expectExactly(100, isActive('s-complete'));
+    await expectExactly(installer, 800, async () => (await installer.leaving()).length > 0);
+    await expectExactly(installer, 100, isActive('s-complete'));
   });
 
   test('"browsers_detected" leads to the first browser after 800 ms and the change of screen', async () => {
     await installer.send('{"action":"browsers_detected","browsers":[{"name":"Opera GX","index":0}]}');
-    await expectExactly(800, async () => (await installer.text('#browser-name')) === 'Opera GX');
+    await expectExactly(installer, 800, async () => (await installer.text('#browser-name')) === 'Opera GX');
     assert.deepEqual(await installer.leaving(), ['s-welcome']);
-    await expectExactly(100, isActive('s-browser'));
+    await expectExactly(installer, 100, isActive('s-browser'));
   });
 
   test('"browsers_detected" without browsers leads to Firefox after 800 ms and the change of screen', async () => {
     await installer.send('{"action":"browsers_detected","browsers":[]}');
-    await expectExactly(800, async () => (await installer.leaving()).length > 0);
-    await expectExactly(100, isActive('s-firefox-notice'));
+    await expectExactly(installer, 800, async () => (await installer.leaving()).length > 0);
+    await expectExactly(installer, 100, isActive('s-firefox-notice'));
   });
 
   test('"webstore_opened" swaps the buttons after 1500 ms', async () => {
     await installer.send('{"action":"webstore_opened","index":0}');
-    await expectExactly(1500, async () =>
+    await expectExactly(installer, 1500, async () =>
       (await installer.display('#browser-actions')) === 'none'
       || (await installer.display('#browser-confirm')) !== 'none');
     assert.equal(await installer.display('#browser-actions'), 'none');
@@ -179,13 +130,13 @@ describe('answers of the program', () => {
 
   test('"amo_opened" leads on at once, with the change of screen', async () => {
     await installer.send('{"action":"amo_opened"}');
-    await expectExactly(100, isActive('s-complete'));
+    await expectExactly(installer, 100, isActive('s-complete'));
   });
 
   test('"uninstall_done" leads on after 600 ms and the change of screen', async () => {
     await installer.send('{"action":"uninstall_done"}');
-    await expectExactly(600, async () => (await installer.leaving()).length > 0);
-    await expectExactly(100, isActive('s-uninstall-done'));
+    await expectExactly(installer, 600, async () => (await installer.leaving()).length > 0);
+    await expectExactly(installer, 100, isActive('s-uninstall-done'));
   });
 });
 
@@ -210,7 +161,7 @@ describe('change from one browser to the next', () => {
     assert.deepEqual(await style(), { opacity: '0', transform: 'translateX(30px)', transition: '' });
     assert.equal(await installer.text('#browser-name'), 'Brave');
 
-    await expectExactly(250, async () => (await installer.text('#browser-name')) === 'Vivaldi');
+    await expectExactly(installer, 250, async () => (await installer.text('#browser-name')) === 'Vivaldi');
     assert.deepEqual(await style(), { opacity: '0', transform: 'translateX(-30px)', transition: '' });
 
     let frame = 0;
@@ -222,7 +173,7 @@ describe('change from one browser to the next', () => {
     const sliding = { opacity: '1', transform: 'translateX(0px)' };
     assert.deepEqual(await style(), { ...sliding, transition: 'all 0.3s ease' });
 
-    await expectExactly(300, async () => (await style()).transition === '');
+    await expectExactly(installer, 300, async () => (await style()).transition === '');
     assert.deepEqual(await style(), { ...sliding, transition: '' });
   });
 
@@ -230,7 +181,7 @@ describe('change from one browser to the next', () => {
     await installer.state('currentBrowserIdx = 1');
     await installer.state('browserDone()');
     assert.deepEqual(await style(), { opacity: '', transform: '', transition: '' });
-    await expectExactly(100, isActive('s-firefox-notice'));
+    await expectExactly(installer, 100, isActive('s-firefox-notice'));
     assert.equal(await installer.state('currentBrowserIdx'), 2);
     assert.equal(await installer.text('#browser-name'), 'Brave');
   });
