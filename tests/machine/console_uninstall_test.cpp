@@ -2,14 +2,12 @@
 
 #include <doctest/doctest.h>
 #include <string>
-#include <vector>
 #include <windows.h>
 
 #include <objbase.h>
 
 #include "child_roles.h"
-#include "common/install_source.h"
-#include "console/install.h"
+#include "console_installation.h"
 #include "intercepted_call.h"
 #include "machine_state.h"
 #include "recorded_reports.h"
@@ -20,12 +18,6 @@
 #include "watched_places.h"
 
 namespace {
-
-using Paths = std::vector<std::wstring>;
-
-const std::wstring install_dir = L"C:\\Program Files\\Brackenfold\\FWC";
-const std::wstring uninstall_key =
-    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\FortwrightConsole";
 
 Reports all_removed(const char* files_report = "FWC files removed") {
     return {{"Removed scheduled task", true},
@@ -44,13 +36,11 @@ Reports uninstall() {
 }
 
 void install_samples() {
-    g_source_dir = sample_products();
-    RecordedReports reports;
-    REQUIRE(install_fwc(reports.progress));
+    REQUIRE(install_console(sample_products()).result);
 }
 
 DWORD WINAPI console_denied(LPCWSTR path) {
-    if (install_dir == path) {
+    if (console_dir == path) {
         SetLastError(ERROR_ACCESS_DENIED);
         return INVALID_FILE_ATTRIBUTES;
     }
@@ -61,7 +51,7 @@ DWORD WINAPI console_denied(LPCWSTR path) {
 
 TEST_CASE("an installed console goes whole") {
     install_samples();
-    write_file(install_dir + L"\\data\\settings.txt", "x", FILE_ATTRIBUTE_READONLY);
+    write_file(console_dir + L"\\data\\settings.txt", "x", FILE_ATTRIBUTE_READONLY);
     CHECK(uninstall() == all_removed());
     REQUIRE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
     const MachineState state = read_machine_state();
@@ -71,7 +61,7 @@ TEST_CASE("an installed console goes whole") {
     REQUIRE(state.task_calls.size() == 2);
     CHECK(state.task_calls[1] == L"schtasks /Delete /F /TN \"Brackenfold\\FWC Updater\"");
     CHECK_FALSE(is_there(watched_shortcut()));
-    CHECK_FALSE(key_is_there(uninstall_key));
+    CHECK_FALSE(key_is_there(console_uninstall_key));
 }
 
 TEST_CASE("on a machine without the console every step is reported all the same") {
@@ -82,24 +72,24 @@ TEST_CASE("on a machine without the console every step is reported all the same"
 
 TEST_CASE("a running console goes at the next start and its other files at once") {
     install_samples();
-    write_file(install_dir + L"\\data\\used.txt", "x");
-    const StartedProgram console(install_dir + L"\\Fortwright.exe", L"60000");
-    const OwnedFile in_use = lock_file(install_dir + L"\\data\\used.txt");
+    write_file(console_dir + L"\\data\\used.txt", "x");
+    const StartedProgram console(console_dir + L"\\Fortwright.exe", L"60000");
+    const OwnedFile in_use = lock_file(console_dir + L"\\data\\used.txt");
     CHECK(uninstall() == all_removed(at_reboot));
-    CHECK(pending_deletions() == Paths{install_dir + L"\\data\\used.txt", install_dir + L"\\Fortwright.exe"});
-    CHECK(paths_below(install_dir) == Paths{L"data\\", L"data\\used.txt", L"Fortwright.exe"});
-    CHECK_FALSE(key_is_there(uninstall_key));
+    CHECK(pending_deletions() == Paths{console_dir + L"\\data\\used.txt", console_dir + L"\\Fortwright.exe"});
+    CHECK(paths_below(console_dir) == Paths{L"data\\", L"data\\used.txt", L"Fortwright.exe"});
+    CHECK_FALSE(key_is_there(console_uninstall_key));
 }
 
 TEST_CASE("the installed updater removes everything but itself until the next start") {
-    write_file(install_dir + L"\\Fortwright.exe", "x");
-    copy_file(test_program(), install_dir + L"\\updater.exe");
-    const StartedProgram uninstaller(install_dir + L"\\updater.exe", L"--uninstall",
+    write_file(console_dir + L"\\Fortwright.exe", "x");
+    copy_file(test_program(), console_dir + L"\\updater.exe");
+    const StartedProgram uninstaller(console_dir + L"\\updater.exe", L"--uninstall",
                                      {{role_variable, role_remove_console}});
     CHECK(uninstaller.exit_code() == 1); // true
     CHECK(reports_of_child() == all_removed(at_reboot));
-    CHECK(pending_deletions() == Paths{install_dir + L"\\updater.exe"});
-    CHECK(paths_below(install_dir) == Paths{L"updater.exe"});
+    CHECK(pending_deletions() == Paths{console_dir + L"\\updater.exe"});
+    CHECK(paths_below(console_dir) == Paths{L"updater.exe"});
 }
 
 TEST_CASE("neither a missing desktop nor a command that cannot start changes a report") {
@@ -110,7 +100,7 @@ TEST_CASE("neither a missing desktop nor a command that cannot start changes a r
         CHECK(uninstall() == all_removed());
     }
     CHECK(is_there(watched_shortcut()));
-    CHECK_FALSE(is_there(install_dir));
+    CHECK_FALSE(is_there(console_dir));
 }
 
 TEST_CASE("a folder whose existence cannot be told is left to the next start") {
@@ -119,7 +109,7 @@ TEST_CASE("a folder whose existence cannot be told is left to the next start") {
         const InterceptedCall denied("GetFileAttributesW", console_denied);
         CHECK(uninstall() == all_removed(at_reboot));
     }
-    CHECK(pending_deletions() == Paths{install_dir + L"\\Fortwright.exe", install_dir + L"\\updater.exe",
-                                       install_dir + L"\\WebView2Loader.dll"});
-    CHECK(paths_below(install_dir).size() == 3);
+    CHECK(pending_deletions() == Paths{console_dir + L"\\Fortwright.exe", console_dir + L"\\updater.exe",
+                                       console_dir + L"\\WebView2Loader.dll"});
+    CHECK(paths_below(console_dir).size() == 3);
 }
