@@ -58,11 +58,7 @@ describe('the installer is shown', { concurrency: 3 }, () => {
     assert.deepEqual(stderr.trimEnd().split('\n'), pictures.map((name) => `run:   ${join(folder, name)}`));
 
     const conversation = [
-      said.installRequest(true, true),
-      ...said.browsersClosed(),
-      ...said.consoleInstalled(40),
-      ...said.linkwardInstalled,
-      said.browsersDetected(browsers),
+      ...said.bothInstalled(browsers),
       ...browsers.flatMap((_, index) => said.storeOpened(index)),
       ...said.amoOpened,
       said.closeRequest,

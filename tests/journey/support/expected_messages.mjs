@@ -48,6 +48,11 @@ export const completeWithoutLinkward = [percent(100), program('{"action":"instal
 export const browsersDetected = (names) => program(
   `{"action":"browsers_detected","browsers":[${names.map((name, i) => `{"name":"${name}","index":${i}}`).join()}]}`);
 
+/** From the request to the list of browsers, when both products are chosen and all goes well. */
+export const bothInstalled = (browsers) => [
+  installRequest(true, true), ...browsersClosed(), ...consoleInstalled(40), ...linkwardInstalled, browsersDetected(browsers),
+];
+
 export const storeOpened = (index) => [
   page(`{"action":"open_webstore","index":${index}}`), program(`{"action":"webstore_opened","index":${index}}`),
 ];
