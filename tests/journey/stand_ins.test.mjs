@@ -5,7 +5,7 @@ import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { cpSync, existsSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { test } from 'node:test';
-import { built, makeMachine, setupFolder, waitUntil } from './support/machine.mjs';
+import { built, makeMachine, nobodyEndedIt, setupFolder, waitUntil } from './support/machine.mjs';
 
 const log = (machine, name) => readFileSync(machine.path(`C:\\${name}`), 'utf8');
 
@@ -45,7 +45,8 @@ test('a recorder browser writes its path and command line, and stays when it is 
   await waitUntil(() => log(machine, 'browsers.log').split('\r\n').length === 3, 'the second call to be recorded');
   assert.equal(ended, false);
   assert.equal((await machine.run('taskkill.exe', ['/F', '/IM', 'chrome.exe'])).code, 0);
-  await staying.ended;
+  assert.notEqual((await staying.ended).code, nobodyEndedIt);
+  assert.equal((await machine.run(browser, ['--stay=1'])).code, nobodyEndedIt);
 });
 
 test('a machine has the same code page and user whatever the locale and the environment of its host', async (t) => {

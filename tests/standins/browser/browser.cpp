@@ -1,12 +1,25 @@
 // Takes the place of a browser on a test machine, copied as msedge.exe,
 // chrome.exe and so on: writes its own path, a tab and its command line, exactly
 // as it was started, to C:\browsers.log. With --stay it then keeps running until
-// somebody ends it, two minutes at most.
+// somebody ends it, two minutes at most, or --stay=MILLISECONDS; the exit code is
+// 98 when nobody did.
 #include "append_line.h"
 
+#include <cstdlib>
 #include <string_view>
 
 #include <windows.h>
+
+namespace {
+
+constexpr std::wstring_view stay_option = L"--stay";
+constexpr int nobody_ended_it = 98;
+
+DWORD longest_stay_ms(const wchar_t* behind_option) {
+    return *behind_option == L'=' ? std::wcstoul(behind_option + 1, nullptr, 10) : 120000;
+}
+
+} // namespace
 
 int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*arguments*/, int /*show*/) {
     wchar_t path[MAX_PATH] = {};
@@ -15,8 +28,10 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*argum
     if (!append_line(L"C:\\browsers.log", {path, L"\t", command_line})) {
         return 99;
     }
-    if (command_line.find(L"--stay") != std::wstring_view::npos) {
-        Sleep(120000);
+    const std::size_t stay = command_line.find(stay_option);
+    if (stay == std::wstring_view::npos) {
+        return 0;
     }
-    return 0;
+    Sleep(longest_stay_ms(command_line.data() + stay + stay_option.size()));
+    return nobody_ended_it;
 }
