@@ -122,6 +122,7 @@ export async function makeMachine(t, { display } = {}) {
     /** Starts a program; `ended` gives its exit code and output. */
     start: (program, args = [], extraEnvironment = {}) => script('run', [program, ...args], extraEnvironment),
 
+    /** The host's processes of the machine. */
     processes: () => processesOf(folder),
 
     /** Starts a program that stays, and returns when it runs. */
