@@ -71,6 +71,19 @@ test('no program of a machine has its memory at random places, where the host al
   assert.deepEqual(['chrome.exe', 'services.exe'].map(isFixed), [isAllowed, isAllowed]);
 });
 
+test('a machine that is switched off leaves no program behind, not even one that its server has lost', async (t) => {
+  const machine = await makeMachine(t);
+  cpSync(built('ORVANTA_BROWSER'), machine.path('C:\\chrome.exe'));
+  const { ended } = await machine.startAndWait('C:\\chrome.exe', ['--stay']);
+  const signal = (part, name) => machine.processes().filter(({ commandLine }) => commandLine.includes(part))
+    .forEach(({ id }) => process.kill(Number(id), name));
+  signal('chrome.exe', 'SIGSTOP'); // does not notice that its server goes
+  signal('wineserver', 'SIGKILL');
+  await machine.prepare('switch_off');
+  await waitUntil(() => machine.processes().length === 0, 'every process to go');
+  await ended;
+});
+
 test('the sample messaging host sends every message back and ends with the pipe', async (t) => {
   const machine = await makeMachine(t);
   const message = (text) => {
