@@ -77,6 +77,7 @@ test('a machine that is switched off leaves no program behind, not even one that
   const { ended } = await machine.startAndWait('C:\\chrome.exe', ['--stay']);
   const signal = (part, name) => machine.processes().filter(({ commandLine }) => commandLine.includes(part))
     .forEach(({ id }) => process.kill(Number(id), name));
+  t.after(() => signal('chrome.exe', 'SIGKILL')); // nobody else would, if it were left behind
   signal('chrome.exe', 'SIGSTOP'); // does not notice that its server goes
   signal('wineserver', 'SIGKILL');
   await machine.prepare('switch_off');
