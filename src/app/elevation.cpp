@@ -36,7 +36,7 @@ std::wstring relaunch_parameters(const std::vector<std::wstring>& arguments) {
 }
 
 void relaunch_elevated(const std::vector<std::wstring>& arguments) {
-    const std::wstring program = running_program_path().wstring();
+    const std::wstring program = running_program_path();
     const std::wstring parameters = relaunch_parameters(arguments);
     SHELLEXECUTEINFOW execute = {};
     execute.cbSize = sizeof(execute);

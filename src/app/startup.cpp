@@ -6,13 +6,14 @@
 #include "app/process_hardening.h"
 #include "common/install_source.h"
 #include "common/program_path.h"
+#include "common/quiet_thread.h"
 
 int run_installer(HINSTANCE instance) noexcept {
     restrict_search_paths();
-    end_quietly_on_unhandled_exceptions();
+    make_thread_quiet();
     // The result is not checked: at worst the system scales the window.
     SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
-    g_source_dir = folder_of_program(running_program_path().wstring());
+    g_source_dir = folder_of_program(running_program_path());
 
     const auto arguments = split_command_line(GetCommandLineW());
     const Options options = arguments ? parse_options(*arguments) : Options();

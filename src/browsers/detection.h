@@ -14,6 +14,6 @@ struct DetectedBrowser {
 };
 
 /// Looks for every known browser in the program folders of the machine and of the user, then in App Paths.
-/// Returns each at most once, in the order of the catalogue. Throws std::filesystem::filesystem_error when
+/// Returns each at most once, in the order of the catalogue. Throws FileError when
 /// the file system answers with anything but "found" or "not found".
 std::vector<DetectedBrowser> detect_browsers();

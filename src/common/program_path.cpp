@@ -2,8 +2,9 @@
 
 #include <windows.h>
 
-std::filesystem::path running_program_path() {
+std::wstring running_program_path() {
+    // The system ends the text with a NUL, also one that it has cut off.
     wchar_t path[MAX_PATH] = {};
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path, length);
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return path;
 }

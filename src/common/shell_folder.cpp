@@ -10,7 +10,6 @@ std::wstring program_files_dir() {
 
 std::wstring shell_folder(int csidl) {
     wchar_t path[MAX_PATH] = {};
-    // A failed call leaves the buffer empty, and the empty text is the answer.
-    SHGetFolderPathW(nullptr, csidl, nullptr, 0, path);
-    return path;
+    // What a failed call leaves in the buffer is nobody's folder.
+    return SUCCEEDED(SHGetFolderPathW(nullptr, csidl, nullptr, 0, path)) ? path : std::wstring();
 }

@@ -1,25 +1,24 @@
 #include "console/files.h"
 
-#include <filesystem>
 #include <string>
 
 #include "common/console_files.h"
+#include "common/file_error.h"
 #include "common/files.h"
 #include "common/install_source.h"
+#include "common/paths.h"
 #include "common/program_path.h"
 #include "common/text.h"
 #include "console/location.h"
 #include "console/product.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
 bool deploy_file(const wchar_t* name, const ProgressFn& progress) {
     const std::string shown_name = to_utf8(name);
     try {
-        copy_file_over(fs::path(g_source_dir) / name, fwc_install_dir() / name);
-    } catch (const fs::filesystem_error& error) {
+        copy_file_over(join_path(install_source_dir(), name), join_path(fwc_install_dir(), name));
+    } catch (const FileError& error) {
         progress("Failed to copy " + shown_name + ": " + error.what(), false);
         return false;
     }
@@ -29,7 +28,7 @@ bool deploy_file(const wchar_t* name, const ProgressFn& progress) {
 
 void copy_updater() {
     try {
-        copy_file_over(running_program_path(), fwc_install_dir() / fwc_updater_name);
+        copy_file_over(running_program_path(), join_path(fwc_install_dir(), fwc_updater_name));
     } catch (const std::exception&) {
         // The console works without its updater, and a reinstallation may be running from that very file.
     }
@@ -40,7 +39,7 @@ void copy_updater() {
 bool deploy_fwc_files(const ProgressFn& progress) {
     try {
         create_folders(fwc_install_dir());
-    } catch (const fs::filesystem_error& error) {
+    } catch (const FileError& error) {
         progress(std::string("Failed to create FWC directory: ") + error.what(), false);
         return false;
     }
@@ -53,12 +52,12 @@ bool deploy_fwc_files(const ProgressFn& progress) {
 }
 
 void remove_fwc_files(const ProgressFn& progress) {
-    const fs::path install_dir = fwc_install_dir();
+    const std::wstring install_dir = fwc_install_dir();
     try {
         if (entry_exists(install_dir)) {
             remove_tree(install_dir);
         }
-    } catch (const fs::filesystem_error&) {
+    } catch (const FileError&) {
         schedule_removal_at_reboot(install_dir);
         progress("FWC files marked for removal on reboot", true);
         return;

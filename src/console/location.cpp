@@ -1,7 +1,8 @@
 #include "console/location.h"
 
+#include "common/paths.h"
 #include "common/shell_folder.h"
 
-std::filesystem::path fwc_install_dir() {
-    return std::filesystem::path(program_files_dir()) / L"Brackenfold\\FWC";
+std::wstring fwc_install_dir() {
+    return join_path(program_files_dir(), L"Brackenfold\\FWC");
 }

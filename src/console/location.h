@@ -1,7 +1,7 @@
 #pragma once
 
-#include <filesystem>
+#include <string>
 
 /// The console's install folder below Program Files; a relative path when the shell cannot tell where that
 /// is.
-std::filesystem::path fwc_install_dir();
+std::wstring fwc_install_dir();

@@ -1,6 +1,5 @@
 #include "console/shortcut.h"
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <windows.h>
@@ -10,11 +9,10 @@
 
 #include "common/com_ptr.h"
 #include "common/console_files.h"
+#include "common/paths.h"
 #include "common/shell_folder.h"
 #include "console/location.h"
 #include "console/product.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -40,11 +38,11 @@ bool save_shortcut() {
                                 link.out_void()))) {
         return false;
     }
-    const fs::path program = fwc_install_dir() / fwc_program_name;
+    const std::wstring program = join_path(fwc_install_dir(), fwc_program_name);
     link->SetPath(program.c_str());
     link->SetDescription(fwc_display_name);
     link->SetIconLocation(program.c_str(), 0);
-    link->SetWorkingDirectory(program.parent_path().c_str());
+    link->SetWorkingDirectory(parent_of(program).c_str());
     return save_link(link.get());
 }
 

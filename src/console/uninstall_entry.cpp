@@ -1,14 +1,11 @@
 #include "console/uninstall_entry.h"
 
-#include <filesystem>
-
 #include "common/console_files.h"
+#include "common/paths.h"
 #include "common/product_config.h"
 #include "common/registry.h"
 #include "console/location.h"
 #include "console/product.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -27,9 +24,9 @@ std::wstring install_date_text(const SYSTEMTIME& date) {
 }
 
 void register_fwc_arp(const ProgressFn& progress) {
-    const fs::path install_dir = fwc_install_dir();
-    const std::wstring program = (install_dir / fwc_program_name).wstring();
-    const std::wstring updater = (install_dir / fwc_updater_name).wstring();
+    const std::wstring install_dir = fwc_install_dir();
+    const std::wstring program = join_path(install_dir, fwc_program_name);
+    const std::wstring updater = join_path(install_dir, fwc_updater_name);
     SYSTEMTIME today = {};
     GetLocalTime(&today);
 
@@ -42,7 +39,7 @@ void register_fwc_arp(const ProgressFn& progress) {
     set_text(L"DisplayName", fwc_display_name);
     set_text(L"DisplayVersion", std::wstring(suite_version));
     set_text(L"Publisher", L"Brackenfold LTD");
-    set_text(L"InstallLocation", install_dir.wstring());
+    set_text(L"InstallLocation", install_dir);
     // With a slash: the installer does not know this option and opens its window, where the user can choose.
     set_text(L"UninstallString", L"\"" + updater + L"\" /uninstall");
     set_text(L"DisplayIcon", program + L",0");

@@ -1,5 +1,6 @@
 #include "console/update_task.h"
 
+#include "common/paths.h"
 #include "common/process.h"
 #include "console/location.h"
 #include "console/product.h"
@@ -22,7 +23,7 @@ std::wstring delete_task_command_line() {
 }
 
 void schedule_weekly_update(const ProgressFn& progress) {
-    const std::wstring updater_path = (fwc_install_dir() / fwc_updater_name).wstring();
+    const std::wstring updater_path = join_path(fwc_install_dir(), fwc_updater_name);
     if (run_hidden_command(create_task_command_line(updater_path), create_timeout_ms)) {
         progress("Scheduled weekly update", true);
     }

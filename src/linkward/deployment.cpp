@@ -6,12 +6,12 @@
 #include <string>
 
 #include "common/console_files.h"
+#include "common/file_identity.h"
 #include "common/files.h"
+#include "common/paths.h"
 #include "common/program_path.h"
 #include "common/text.h"
 #include "linkward/locations.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -22,41 +22,37 @@ constexpr char key_extension[] = ".pem";
 constexpr char bloom_filter_extension[] = ".vybf";
 constexpr char package_extension[] = ".crx";
 
-bool is_excluded(const fs::path& name) {
-    return std::ranges::any_of(excluded_deploy_files, [&](const wchar_t* excluded) {
-        return to_lower(name.wstring()) == to_lower(excluded);
-    });
+bool is_excluded(const std::wstring& name) {
+    return std::ranges::any_of(excluded_deploy_files,
+                               [&](const wchar_t* excluded) { return to_lower(name) == to_lower(excluded); });
 }
 
-bool is_left_out(const fs::path& name, const fs::path& installer_name) {
+bool is_left_out(const std::wstring& name, const std::wstring& installer_name) {
     const std::string extension = lower_extension(name);
     return name == installer_name || is_excluded(name) || extension == key_extension ||
            extension == bloom_filter_extension;
 }
 
 /// Copies one entry to its place. Returns whether it was a plain file, which counts.
-bool deploy_entry(const FolderEntry& entry, const fs::path& install_dir) {
-    const fs::path name = entry.path.filename();
+bool deploy_entry(const FolderEntry& entry, const std::wstring& install_dir) {
     if (entry.is_directory) {
-        create_folders(install_dir / name);
-        copy_folder_over(entry.path, install_dir / name);
+        copy_folder_over(entry.path, join_path(install_dir, entry.name));
         return false;
     }
-    const fs::path folder =
-        lower_extension(name) == package_extension ? linkward_extension_dir() : install_dir;
-    copy_file_over(entry.path, folder / name);
+    const std::wstring folder =
+        lower_extension(entry.name) == package_extension ? linkward_extension_dir() : install_dir;
+    copy_file_over(entry.path, join_path(folder, entry.name));
     return true;
 }
 
 /// Copies everything but the bloom filters. Returns how many plain files were copied.
-std::uint64_t deploy_entries(const fs::path& source, const fs::path& install_dir,
+std::uint64_t deploy_entries(const std::wstring& source, const std::wstring& install_dir,
                              const ProgressFn& progress) {
-    const fs::path installer_name = running_program_path().filename();
+    const std::wstring installer_name = file_name_of(running_program_path());
     create_folders(linkward_extension_dir());
     std::uint64_t deployed_count = 0;
     for (const FolderEntry& entry : list_folder(source)) {
-        const fs::path name = entry.path.filename();
-        if (is_left_out(name, installer_name)) {
+        if (is_left_out(entry.name, installer_name)) {
             continue;
         }
         try {
@@ -64,25 +60,25 @@ std::uint64_t deploy_entries(const fs::path& source, const fs::path& install_dir
                 ++deployed_count;
             }
         } catch (const std::exception& error) {
-            progress("Warning: failed to copy " + to_ansi(name.wstring()) + " (" + error.what() + ")", false);
+            progress("Warning: failed to copy " + to_ansi(entry.name) + " (" + error.what() + ")", false);
         }
     }
     return deployed_count;
 }
 
 bool is_bloom_filter(const FolderEntry& entry) {
-    return !entry.is_directory && lower_extension(entry.path) == bloom_filter_extension;
+    return !entry.is_directory && lower_extension(entry.name) == bloom_filter_extension;
 }
 
 void copy_bloom_filter(const FolderEntry& entry) {
-    copy_file_over(entry.path, linkward_programdata_dir() / entry.path.filename());
+    copy_file_over(entry.path, join_path(linkward_programdata_dir(), entry.name));
 }
 
 void report_bloom_filter(const ProgressFn& progress) {
     progress("Deployed bloom filter to ProgramData", true);
 }
 
-void deploy_bloom_filters(const fs::path& source, const ProgressFn& progress) {
+void deploy_bloom_filters(const std::wstring& source, const ProgressFn& progress) {
     for (const FolderEntry& entry : list_folder(source)) {
         if (!is_bloom_filter(entry)) {
             continue;
@@ -99,7 +95,7 @@ void deploy_bloom_filters(const fs::path& source, const ProgressFn& progress) {
 }
 
 /// The installed copy of the installer was started to install again: only the data folder wants its files.
-void deploy_from_install_dir(const fs::path& install_dir, const ProgressFn& progress) {
+void deploy_from_install_dir(const std::wstring& install_dir, const ProgressFn& progress) {
     progress("Files already in install directory", true);
     for (const FolderEntry& entry : list_folder(install_dir)) {
         if (!is_bloom_filter(entry)) {
@@ -115,8 +111,8 @@ void deploy_from_install_dir(const fs::path& install_dir, const ProgressFn& prog
 }
 
 void copy_installer() {
-    const fs::path installer = running_program_path();
-    const fs::path copy = linkward_installer_copy();
+    const std::wstring installer = running_program_path();
+    const std::wstring copy = linkward_installer_copy();
     if (installer == copy) {
         return;
     }
@@ -129,8 +125,8 @@ void copy_installer() {
 
 } // namespace
 
-bool deploy_linkward_files(const fs::path& source, const ProgressFn& progress) {
-    const fs::path install_dir = linkward_install_dir();
+bool deploy_linkward_files(const std::wstring& source, const ProgressFn& progress) {
+    const std::wstring install_dir = linkward_install_dir();
     try {
         create_folders(install_dir);
         create_folders(linkward_log_dir());
@@ -147,4 +143,21 @@ bool deploy_linkward_files(const fs::path& source, const ProgressFn& progress) {
         progress(std::string("File copy failed: ") + error.what(), false);
         return false;
     }
+}
+
+void remove_linkward_files(const ProgressFn& progress) {
+    const std::wstring install_dir = linkward_install_dir();
+    try {
+        remove_tree(install_dir);
+    } catch (const std::exception&) {
+        // Among what is in use may be the installer copy that runs this very removal.
+        schedule_removal_at_reboot(install_dir);
+        progress("Files marked for removal on reboot", true);
+        return;
+    }
+    progress("Files removed", true);
+}
+
+void remove_linkward_data() {
+    remove_tree_if_possible(linkward_programdata_dir());
 }

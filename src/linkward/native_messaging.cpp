@@ -1,16 +1,14 @@
 #include "linkward/native_messaging.h"
 
-#include <filesystem>
 #include <string>
 
 #include "browsers/catalogue.h"
 #include "common/owned.h"
+#include "common/paths.h"
 #include "common/registry.h"
 #include "linkward/locations.h"
 #include "linkward/manifests.h"
 #include "linkward/product.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -22,13 +20,13 @@ const wchar_t* const firefox_vendor_key = L"SOFTWARE\\Mozilla";
 
 /// Writes a text file, whose lines end in CR LF. Not tested for success: a browser that misses the manifest
 /// only misses the host. (A file stream would bring the library's locales along, 60 kB of them.)
-void write_text_file(const fs::path& file, const std::string& text) {
+void write_text_file(const std::wstring& file, const std::string& text) {
     std::string bytes;
     for (const char c : text) {
         bytes += c == '\n' ? std::string("\r\n") : std::string(1, c);
     }
-    const OwnedFile handle(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                                       FILE_ATTRIBUTE_NORMAL, nullptr));
+    const OwnedFile handle(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (handle) {
         DWORD written = 0;
         WriteFile(handle.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
@@ -38,18 +36,20 @@ void write_text_file(const fs::path& file, const std::string& text) {
 } // namespace
 
 void register_native_messaging_hosts(const ProgressFn& progress) {
-    const fs::path install_dir = linkward_install_dir();
-    const fs::path host_program = linkward_native_host_program();
+    const std::wstring install_dir = linkward_install_dir();
+    const std::wstring host_program = linkward_native_host_program();
 
-    const fs::path chromium_file = install_dir / (std::wstring(native_host_name) + L".chromium.json");
+    const std::wstring chromium_file =
+        join_path(install_dir, std::wstring(native_host_name) + L".chromium.json");
     write_text_file(chromium_file, chromium_manifest(host_program));
     for (const BrowserInfo& browser : known_browsers) {
-        set_hklm_string(host_key(browser.vendor_key), L"", chromium_file.wstring());
+        set_hklm_string(host_key(browser.vendor_key), L"", chromium_file);
     }
 
-    const fs::path firefox_file = install_dir / (std::wstring(native_host_name) + L".firefox.json");
+    const std::wstring firefox_file =
+        join_path(install_dir, std::wstring(native_host_name) + L".firefox.json");
     write_text_file(firefox_file, firefox_manifest(host_program));
-    set_hklm_string(host_key(firefox_vendor_key), L"", firefox_file.wstring());
+    set_hklm_string(host_key(firefox_vendor_key), L"", firefox_file);
 
     progress("Native messaging hosts registered", true);
 }

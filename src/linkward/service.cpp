@@ -82,7 +82,7 @@ void start_service(SC_HANDLE service, const ProgressFn& progress) {
 } // namespace
 
 bool register_linkward_service(const ProgressFn& progress) {
-    const std::wstring program_path = linkward_service_program().wstring();
+    const std::wstring program_path = linkward_service_program();
     const OwnedService manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CREATE_SERVICE));
     if (!manager) {
         const DWORD error = GetLastError();

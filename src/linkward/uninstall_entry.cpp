@@ -8,9 +8,9 @@
 #include "linkward/product.h"
 
 bool register_linkward_arp(const ProgressFn& progress) {
-    const std::wstring install_dir = linkward_install_dir().wstring();
+    const std::wstring install_dir = linkward_install_dir();
     // Unquoted on purpose although it holds blanks: what reads the entry takes the text as it stands.
-    const std::wstring installer_copy = linkward_installer_copy().wstring();
+    const std::wstring installer_copy = linkward_installer_copy();
 
     const auto set = [](const wchar_t* name, const std::wstring& text) {
         set_hklm_string(linkward_uninstall_key, name, text);
@@ -25,4 +25,8 @@ bool register_linkward_arp(const ProgressFn& progress) {
 
     progress("Registered in Add/Remove Programs", true);
     return true;
+}
+
+void remove_linkward_arp() {
+    delete_hklm_tree(linkward_uninstall_key);
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "browsers/closing.h"
+#include "common/quiet_thread.h"
 #include "common/text.h"
 #include "console/install.h"
 #include "linkward/install.h"
@@ -48,6 +49,7 @@ void run_linkward_install() {
 } // namespace
 
 DWORD WINAPI install_thread_proc(void* /*unused*/) noexcept {
+    make_thread_quiet();
     const bool with_console = g_install_console;
     const bool with_linkward = g_install_linkward;
 

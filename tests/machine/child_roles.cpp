@@ -6,7 +6,7 @@
 #include <windows.h>
 
 #include "app/elevation.h"
-#include "app/process_hardening.h"
+#include "common/quiet_thread.h"
 #include "console/uninstall.h"
 #include "intercepted_call.h"
 #include "linkward/uninstall.h"
@@ -56,7 +56,7 @@ DWORD WINAPI throwing_attributes(LPCWSTR /*path*/) {
 }
 
 int throw_in_run(LPTHREAD_START_ROUTINE run) {
-    end_quietly_on_unhandled_exceptions();
+    make_thread_quiet();
     // What InterceptedCall checks has no test around it here.
     doctest::Context asserts;
     asserts.setAsDefaultForAssertsOutOfTestCases();
@@ -82,6 +82,9 @@ std::optional<int> play_child_role() {
     if (name == role_tell_elevation) {
         return is_elevated() ? 1 : 0;
     }
+    if (name == role_tell_error_mode) {
+        return static_cast<int>(GetErrorMode());
+    }
     if (name == role_relaunch) {
         // First of all: the second instance must not start a third.
         SetEnvironmentVariableW(role_variable, role_relaunched);
@@ -106,7 +109,7 @@ std::optional<int> play_child_role() {
         return throw_in_run(uninstall_thread_proc);
     }
     if (name == role_throw) {
-        end_quietly_on_unhandled_exceptions();
+        make_thread_quiet();
         fail_without_a_handler();
     }
     return 99;

@@ -12,6 +12,8 @@ inline constexpr wchar_t role_variable[] = L"ORVANTA_TEST_ROLE";
 
 /// Exits with 1 when it counts as elevated, else with 0.
 inline constexpr wchar_t role_tell_elevation[] = L"tell elevation";
+/// Exits with the error mode that it was started with.
+inline constexpr wchar_t role_tell_error_mode[] = L"tell error mode";
 /// Relaunches itself elevated with `relaunched_arguments`, the second instance in the role below.
 inline constexpr wchar_t role_relaunch[] = L"relaunch";
 /// Writes its command line to `relaunched_file` and ends after `relaunched_life_ms` with exit code 7.

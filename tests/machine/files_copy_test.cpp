@@ -37,7 +37,7 @@ int g_refused_copies = 0; // written by copy_as_windows_does, on the test's thre
 /// Windows, unlike Wine, does not replace a read-only or hidden target.
 BOOL WINAPI copy_as_windows_does(LPCWSTR from, LPCWSTR to, BOOL keep) {
     const DWORD attributes = GetFileAttributesW(to);
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & odd_attributes) != 0) {
+    if (keep == FALSE && attributes != INVALID_FILE_ATTRIBUTES && (attributes & odd_attributes) != 0) {
         ++g_refused_copies;
         SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
@@ -45,9 +45,26 @@ BOOL WINAPI copy_as_windows_does(LPCWSTR from, LPCWSTR to, BOOL keep) {
     return real_function<decltype(CopyFileW)>("CopyFileW")(from, to, keep);
 }
 
-BOOL WINAPI copy_denied(LPCWSTR /*from*/, LPCWSTR /*to*/, BOOL /*keep*/) {
-    SetLastError(ERROR_ACCESS_DENIED);
+BOOL WINAPI replacement_denied(LPCWSTR /*from*/, LPCWSTR to, BOOL keep) {
+    SetLastError(keep != FALSE && GetFileAttributesW(to) != INVALID_FILE_ATTRIBUTES ? ERROR_FILE_EXISTS
+                                                                                    : ERROR_ACCESS_DENIED);
     return FALSE;
+}
+
+// Written by the stand-ins below, on the test's thread.
+std::vector<std::wstring> g_copied;
+int g_opened = 0;
+
+BOOL WINAPI noted_copy(LPCWSTR from, LPCWSTR to, BOOL keep) {
+    g_copied.emplace_back(to);
+    return real_function<decltype(CopyFileW)>("CopyFileW")(from, to, keep);
+}
+
+HANDLE WINAPI noted_open(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                         DWORD disposition, DWORD flags, HANDLE model) {
+    ++g_opened;
+    return real_function<decltype(CreateFileW)>("CreateFileW")(path, access, share, security, disposition,
+                                                               flags, model);
 }
 
 } // namespace
@@ -93,14 +110,25 @@ TEST_CASE("a target that the system refuses is replaced when it is read-only or 
         }
         CHECK(g_refused_copies > 0);
     }
-    {
+    const InterceptedCall copy("CopyFileW", replacement_denied);
+    for (const DWORD attributes : {DWORD{FILE_ATTRIBUTE_ARCHIVE}, FILE_ATTRIBUTE_ARCHIVE | odd_attributes}) {
         write_file(L"C:\\from.txt", "new");
-        write_file(L"C:\\to.txt", "old");
-        const InterceptedCall copy("CopyFileW", copy_denied);
+        write_file(L"C:\\to.txt", "old", attributes);
+        const DWORD before = attributes_of(L"C:\\to.txt");
         CHECK(error_of([] { copy_file_over(L"C:\\from.txt", L"C:\\to.txt"); }) ==
               file_error_text("copy_file", ERROR_ACCESS_DENIED, {L"C:\\from.txt", L"C:\\to.txt"}));
         CHECK(bytes_of(L"C:\\to.txt") == "old");
+        CHECK(attributes_of(L"C:\\to.txt") == before);
     }
+}
+
+TEST_CASE("a file that is not there yet costs one copy and no question") {
+    write_file(L"C:\\from.txt", "new");
+    const InterceptedCall copy("CopyFileW", noted_copy);
+    const InterceptedCall open("CreateFileW", noted_open);
+    copy_file_over(L"C:\\from.txt", L"C:\\to.txt");
+    CHECK(g_copied == std::vector<std::wstring>{L"C:\\to.txt"});
+    CHECK(g_opened == 0);
 }
 
 TEST_CASE("a copy that fails names operation and reason and both paths on one line") {
@@ -199,6 +227,44 @@ TEST_CASE("links in a source are followed but not back up and not into the targe
     CHECK(error_of([] { copy_folder_over(L"C:\\into", L"C:\\out2"); }) ==
           file_error_text("copy", ERROR_CANT_RESOLVE_FILENAME, {L"C:\\into\\target", L"C:\\out2\\target"}));
     CHECK(paths_below(L"C:\\out2").empty());
+}
+
+TEST_CASE("a link that leads to any folder around the target is refused and leaves nothing behind") {
+    write_file(L"C:\\from\\aa\\a.txt", "a");
+    make_folder(L"C:\\around\\target");
+    write_file(L"C:\\around\\beside.txt", "b");
+    make_link(L"C:\\from\\aa\\loop", L"C:\\around");
+    const auto refused = [](const std::wstring& to) {
+        return file_error_text("copy", ERROR_CANT_RESOLVE_FILENAME,
+                               {L"C:\\from\\aa\\loop", to + L"\\aa\\loop"});
+    };
+    CHECK(error_of([] { copy_folder_over(L"C:\\from", L"C:\\around\\target"); }) ==
+          refused(L"C:\\around\\target"));
+    CHECK_FALSE(is_there(L"C:\\around\\target\\aa\\loop"));
+
+    // Also when the target is reached through a link of its own, behind which the same folders lie.
+    make_link(L"C:\\short", L"C:\\around\\target");
+    CHECK(error_of([] { copy_folder_over(L"C:\\from", L"C:\\short\\new"); }) == refused(L"C:\\short\\new"));
+    CHECK_FALSE(is_there(L"C:\\around\\target\\new\\aa\\loop"));
+
+    // And when what the link leads to is made only on the way down.
+    make_folder(L"C:\\deep from\\one");
+    make_folder(L"C:\\deep\\one");
+    make_link(L"C:\\deep from\\one\\loop", L"C:\\deep\\one");
+    CHECK(error_of([] { copy_folder_over(L"C:\\deep from", L"C:\\deep"); }) ==
+          file_error_text("copy", ERROR_CANT_RESOLVE_FILENAME,
+                          {L"C:\\deep from\\one\\loop", L"C:\\deep\\one\\loop"}));
+    CHECK(paths_below(L"C:\\deep") == std::vector<std::wstring>{L"one\\"});
+}
+
+TEST_CASE("a link in the target that leads back into the source is refused") {
+    write_file(L"C:\\from\\sub\\a.txt", "a");
+    make_folder(L"C:\\from\\sub\\deep");
+    make_folder(L"C:\\to");
+    make_link(L"C:\\to\\sub", L"C:\\from\\sub\\deep");
+    CHECK(error_of([] { copy_folder_over(L"C:\\from", L"C:\\to"); }) ==
+          file_error_text("copy", ERROR_CANT_RESOLVE_FILENAME, {L"C:\\from\\sub", L"C:\\to\\sub"}));
+    CHECK(paths_below(L"C:\\from\\sub") == std::vector<std::wstring>{L"a.txt", L"deep\\"});
 }
 
 TEST_CASE("paths as long as the system takes are copied") {

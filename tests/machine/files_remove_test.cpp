@@ -15,8 +15,16 @@ namespace {
 
 constexpr DWORD odd_attributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-BOOL WINAPI deletion_denied(LPCWSTR /*path*/) {
-    SetLastError(ERROR_ACCESS_DENIED);
+BOOL WINAPI deletion_denied(HANDLE file, FILE_INFO_BY_HANDLE_CLASS request, LPVOID information, DWORD size) {
+    if (request != FileBasicInfo) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    }
+    return real_function<decltype(SetFileInformationByHandle)>("SetFileInformationByHandle")(
+        file, request, information, size);
+}
+
+BOOL WINAPI refused_move(LPCWSTR /*from*/, LPCWSTR /*to*/, DWORD /*flags*/) {
     return FALSE;
 }
 
@@ -45,14 +53,15 @@ TEST_CASE("what is in use or runs stays as it was and the rest of the tree goes 
         write_file(L"C:\\tree\\m\\used.txt", "in use", FILE_ATTRIBUTE_READONLY);
         write_file(L"C:\\tree\\m\\z.txt", "x");
         write_file(L"C:\\tree\\z\\z.txt", "x");
-        const OwnedFile in_use = lock_file(L"C:\\tree\\m\\used.txt");
+        OwnedFile in_use = lock_file(L"C:\\tree\\m\\used.txt");
         const std::string error = error_of([] { remove_tree(L"C:\\tree"); });
         CHECK(error == file_error_text("remove_all", ERROR_SHARING_VIOLATION, {L"C:\\tree\\m\\used.txt"}));
         CHECK(paths_below(L"C:\\tree") == std::vector<std::wstring>{L"m\\", L"m\\used.txt"});
         CHECK((attributes_of(L"C:\\tree\\m\\used.txt") & FILE_ATTRIBUTE_READONLY) != 0);
 
+        in_use.reset();
         // The same where the system denies it twice, as Windows does for a program that runs.
-        const InterceptedCall denied("DeleteFileW", deletion_denied);
+        const InterceptedCall denied("SetFileInformationByHandle", deletion_denied);
         CHECK(error_of([] { remove_tree(L"C:\\tree"); }) ==
               file_error_text("remove_all", ERROR_ACCESS_DENIED, {L"C:\\tree\\m\\used.txt"}));
         CHECK((attributes_of(L"C:\\tree\\m\\used.txt") & FILE_ATTRIBUTE_READONLY) != 0);
@@ -81,6 +90,8 @@ TEST_CASE("a removal never goes through a link") {
     CHECK(bytes_of(L"C:\\elsewhere\\deep\\precious.txt") == "precious");
 
     schedule_removal_at_reboot(L"C:\\tree");
+    // Nor does the walk begin in one.
+    schedule_removal_at_reboot(L"C:\\root link");
     CHECK(pending_deletions().empty());
 }
 
@@ -90,11 +101,22 @@ TEST_CASE("every file below a folder is handed over for deletion at the next sta
     write_file(L"C:\\tree\\deep\\used.txt", "x");
     make_folder(L"C:\\tree\\empty");
     const OwnedFile in_use = lock_file(L"C:\\tree\\deep\\used.txt");
+    const DWORD hidden = attributes_of(L"C:\\tree\\deep\\er\\\u65E5.txt");
     schedule_removal_at_reboot(L"C:\\tree");
     CHECK(pending_deletions() == std::vector<std::wstring>{L"C:\\tree\\a b.txt",
                                                            L"C:\\tree\\deep\\er\\\u65E5.txt",
                                                            L"C:\\tree\\deep\\used.txt"});
     CHECK(paths_below(L"C:\\tree").size() == 6);
+    // The next start would not delete it while it is read-only.
+    CHECK((attributes_of(L"C:\\tree\\a b.txt") & FILE_ATTRIBUTE_READONLY) == 0);
+    CHECK((attributes_of(L"C:\\tree\\deep\\er\\\u65E5.txt") & FILE_ATTRIBUTE_HIDDEN) ==
+          (hidden & FILE_ATTRIBUTE_HIDDEN));
     schedule_removal_at_reboot(L"C:\\none");
     CHECK(pending_deletions().size() == 3);
+
+    // What the system does not take stays as it was.
+    write_file(L"C:\\other\\a.txt", "x", FILE_ATTRIBUTE_READONLY);
+    const InterceptedCall refused("MoveFileExW", refused_move);
+    schedule_removal_at_reboot(L"C:\\other");
+    CHECK((attributes_of(L"C:\\other\\a.txt") & FILE_ATTRIBUTE_READONLY) != 0);
 }

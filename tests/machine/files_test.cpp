@@ -6,7 +6,8 @@
 #include <vector>
 #include <windows.h>
 
-#include "common/files_errors.h"
+#include "common/file_error.h"
+#include "common/file_identity.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "readable.h"
@@ -22,8 +23,8 @@ DWORD WINAPI attributes_denied(LPCWSTR /*path*/) {
 std::vector<std::wstring> names_in(const std::wstring& folder) {
     std::vector<std::wstring> names;
     for (const FolderEntry& entry : list_folder(folder)) {
-        CHECK(entry.path.parent_path() == folder);
-        names.push_back(entry.path.filename().wstring() + (entry.is_directory ? L" folder" : L"") +
+        CHECK(entry.path == folder + L"\\" + entry.name);
+        names.push_back(entry.name + (entry.is_directory ? L" folder" : L"") +
                         (entry.is_link ? L" link" : L""));
     }
     std::sort(names.begin(), names.end());
@@ -45,6 +46,37 @@ HANDLE WINAPI refused_open(LPCWSTR /*path*/, DWORD access, DWORD /*share*/,
     CHECK(flags == FILE_FLAG_BACKUP_SEMANTICS);
     SetLastError(g_refusal);
     return INVALID_HANDLE_VALUE;
+}
+
+/// A file system, or an older system, that knows no 128 bits.
+BOOL WINAPI no_wide_identity(HANDLE /*file*/, FILE_INFO_BY_HANDLE_CLASS request, LPVOID /*information*/,
+                             DWORD /*size*/) {
+    CHECK(request == FileIdInfo);
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return FALSE;
+}
+
+BOOL WINAPI no_narrow_identity(HANDLE /*file*/, LPBY_HANDLE_FILE_INFORMATION /*information*/) {
+    SetLastError(ERROR_GEN_FAILURE);
+    return FALSE;
+}
+
+/// The last byte of each of the next identities, whose other bytes are all alike.
+std::vector<BYTE> g_upper_halves; // on the test's thread
+
+BOOL WINAPI identity_with_upper_half(HANDLE /*file*/, FILE_INFO_BY_HANDLE_CLASS /*request*/,
+                                     LPVOID information, DWORD size) {
+    REQUIRE(size == sizeof(FILE_ID_INFO));
+    auto& identity = *static_cast<FILE_ID_INFO*>(information);
+    identity = {};
+    identity.FileId.Identifier[15] = g_upper_halves.front();
+    g_upper_halves.erase(g_upper_halves.begin());
+    return TRUE;
+}
+
+BOOL WINAPI same_narrow_identity(HANDLE /*file*/, LPBY_HANDLE_FILE_INFORMATION information) {
+    *information = {};
+    return TRUE;
 }
 
 } // namespace
@@ -125,6 +157,26 @@ TEST_CASE("the same entry is known in every spelling and a missing one is an err
     }
 }
 
+TEST_CASE("entries are told apart by all 128 bits and by 64 where the system has no more") {
+    write_file(L"C:\\a.txt", "x");
+    write_file(L"C:\\b.txt", "x");
+    REQUIRE(CreateHardLinkW(L"C:\\hard.txt", L"C:\\a.txt", nullptr) != FALSE);
+    {
+        const InterceptedCall narrow("GetFileInformationByHandleEx", no_wide_identity);
+        CHECK(is_same_entry(L"C:\\a.txt", L"C:\\hard.txt"));
+        CHECK_FALSE(is_same_entry(L"C:\\a.txt", L"C:\\b.txt"));
+        const InterceptedCall none("GetFileInformationByHandle", no_narrow_identity);
+        CHECK(error_of([] { is_same_entry(L"C:\\a.txt", L"C:\\b.txt"); }) ==
+              file_error_text("equivalent", ERROR_GEN_FAILURE, {L"C:\\a.txt", L"C:\\b.txt"}));
+    }
+    const InterceptedCall wide("GetFileInformationByHandleEx", identity_with_upper_half);
+    const InterceptedCall same("GetFileInformationByHandle", same_narrow_identity);
+    g_upper_halves = {7, 7};
+    CHECK(is_same_entry(L"C:\\a.txt", L"C:\\b.txt"));
+    g_upper_halves = {7, 8};
+    CHECK_FALSE(is_same_entry(L"C:\\a.txt", L"C:\\b.txt"));
+}
+
 TEST_CASE("folders are made with all missing parents and an existing one is fine") {
     create_folders(L"C:\\New\\a b\\d\u00E9j\u00E0\\deep");
     CHECK((attributes_of(L"C:\\New\\a b\\d\u00E9j\u00E0\\deep") & FILE_ATTRIBUTE_DIRECTORY) != 0);
@@ -186,16 +238,25 @@ TEST_CASE("a lowered extension begins at the last dot of the name alone") {
     }
 }
 
+TEST_CASE("an error names a path that no encoding can hold") {
+    const std::wstring odd = std::wstring(L"C:\\odd ") + wchar_t{0xD800} + L"name";
+    const FileError error("copy_file", ERROR_FILE_NOT_FOUND, odd, L"C:\\\u65E5");
+    const std::string text = error.what();
+    CHECK(text.rfind("filesystem error: copy_file: ", 0) == 0);
+    CHECK(text.substr(text.find(" [")) == " [C:\\odd \xEF\xBF\xBDname] [C:\\\xE6\x97\xA5]");
+    CHECK(error.code() == ERROR_FILE_NOT_FOUND);
+    CHECK(error_of([&] { copy_file_over(odd, L"C:\\to"); }).rfind("filesystem error: copy_file: ", 0) == 0);
+    CHECK(error_of([&] { list_folder(odd); }).rfind("filesystem error: directory_iterator: ", 0) == 0);
+}
+
 TEST_CASE("every error text of the system fits on one line") {
-    for (int number = 0; number < 20000; ++number) {
-        const std::string text = win32_category().message(number);
+    for (DWORD number = 0; number < 20000; ++number) {
+        const std::string text = system_error_text(number);
         const bool is_one_line =
             text.find_first_of("\r\n\t") == std::string::npos && !text.empty() && text.back() != ' ';
         if (!is_one_line) {
             FAIL_CHECK(number << ": " << text);
         }
     }
-    CHECK(win32_category().message(0x1FFFFFF) == "error 33554431");
-    CHECK(error_of([] { throw_file_error("copy", 34, L"C:\\a", L"C:\\b"); }).find_first_of("\r\n") ==
-          std::string::npos);
+    CHECK(system_error_text(0x1FFFFFF) == "error 33554431");
 }

@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include "child_roles.h"
+#include "common/quiet_thread.h"
 #include "intercepted_call.h"
 #include "started_program.h"
 #include "test_files.h"

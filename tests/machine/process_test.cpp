@@ -47,10 +47,21 @@ void WINAPI noted_sleep(DWORD duration_ms) {
     g_timeouts_ms.push_back(duration_ms);
 }
 
-DWORD open_handles() {
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
+std::vector<HANDLE> g_started;
+
+BOOL WINAPI noted_start(LPCWSTR program, LPWSTR command_line, LPSECURITY_ATTRIBUTES process,
+                        LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags, LPVOID environment,
+                        LPCWSTR directory, LPSTARTUPINFOW startup, LPPROCESS_INFORMATION information) {
+    const BOOL started = real_function<decltype(CreateProcessW)>("CreateProcessW")(
+        program, command_line, process, thread, inherit, flags, environment, directory, startup, information);
+    g_started.push_back(information->hProcess);
+    g_started.push_back(information->hThread);
+    return started;
+}
+
+bool is_open(HANDLE handle) {
+    DWORD flags = 0;
+    return GetHandleInformation(handle, &flags) != FALSE;
 }
 
 } // namespace
@@ -67,14 +78,17 @@ TEST_CASE("a command runs without a window to its end and a pause is a sleep") {
 }
 
 TEST_CASE("a slow task scheduler is waited for 15 and 10 seconds and then left alone") {
-    const DWORD handles_before = open_handles();
     RecordedReports reports;
     {
+        const InterceptedCall start("CreateProcessW", noted_start);
         const InterceptedCall wait("WaitForSingleObject", timed_out);
         schedule_weekly_update(reports.progress);
         remove_weekly_update(reports.progress);
     }
     CHECK(g_timeouts_ms == std::vector<DWORD>{15000, 10000});
     CHECK(reports.all == Reports{{"Scheduled weekly update", true}, {"Removed scheduled task", true}});
-    CHECK(open_handles() == handles_before);
+    CHECK(g_started.size() == 4);
+    for (HANDLE handle : g_started) {
+        CHECK_FALSE(is_open(handle));
+    }
 }

@@ -1,6 +1,7 @@
 #include "runs/install_run.h"
 
 #include <doctest/doctest.h>
+#include <exception>
 #include <string>
 #include <vector>
 #include <windows.h>
@@ -93,6 +94,17 @@ BOOL WINAPI flipping_post(HWND window, UINT message, WPARAM wide, LPARAM text) {
     g_browsers_at_post.push_back(g_detected_browsers.size());
     g_install_console = true;
     g_install_linkward = false;
+    return real_function<decltype(PostMessageW)>("PostMessageW")(window, message, wide, text);
+}
+
+void someone_elses_handler() {
+}
+
+// The error mode of a run's thread whenever it posted a text; read when the thread has ended.
+std::vector<DWORD> g_modes_at_post;
+
+BOOL WINAPI noting_post(HWND window, UINT message, WPARAM wide, LPARAM text) {
+    g_modes_at_post.push_back(GetThreadErrorMode());
     return real_function<decltype(PostMessageW)>("PostMessageW")(window, message, wide, text);
 }
 
@@ -204,6 +216,27 @@ TEST_CASE("a run posts all its texts from its own thread and its end is the list
     const Texts texts = mailbox.take_until(no_browsers);
     CHECK(texts == joined({browsers_closed, console_installed("40"), linkward_installed, {no_browsers}}));
     CHECK(WaitForSingleObject(thread.get(), 60000) == WAIT_OBJECT_0);
+}
+
+TEST_CASE("the threads of both runs are quiet ones") {
+    g_source_dir = sample_products();
+    PageMailbox mailbox;
+    RecordedPauses pauses;
+    g_install_console = false;
+    g_install_linkward = false;
+    REQUIRE(GetThreadErrorMode() == 0);
+    for (const LPTHREAD_START_ROUTINE run : {install_thread_proc, uninstall_thread_proc}) {
+        std::set_terminate(someone_elses_handler);
+        g_modes_at_post.clear();
+        const InterceptedCall post("PostMessageW", noting_post);
+        const OwnedHandle thread(CreateThread(nullptr, 0, run, nullptr, 0, nullptr));
+        REQUIRE(WaitForSingleObject(thread.get(), 60000) == WAIT_OBJECT_0);
+        REQUIRE(!g_modes_at_post.empty());
+        CHECK(g_modes_at_post.front() == (SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
+        const bool is_someone_elses = std::get_terminate() == someone_elses_handler;
+        CHECK_FALSE(is_someone_elses);
+    }
+    CHECK(GetThreadErrorMode() == 0);
 }
 
 TEST_CASE("a removal run reports every component and ends with done") {

@@ -100,6 +100,7 @@ TEST_CASE("an elevated start without options takes its steps in their order and 
     CHECK(g_steps == Steps{L"hardened", L"DPI aware", L"split, source " + folder_of_test(), L"administrator?",
                            L"window"});
     CHECK(g_source_dir == folder_of_test());
+    CHECK((GetThreadErrorMode() & SEM_FAILCRITICALERRORS) != 0);
 }
 
 TEST_CASE("a start without administrator rights passes its arguments on and ends with 0") {
