@@ -21,7 +21,8 @@ int run_installer(HINSTANCE instance) noexcept {
         g_source_dir = *options.source_dir;
     }
     if (!is_elevated()) {
-        if (arguments) {
+        // A second instance without rights would only start a third one, and that a fourth.
+        if (arguments && !is_second_instance()) {
             relaunch_elevated(*arguments);
         }
         // The outcome of the second instance is its own.

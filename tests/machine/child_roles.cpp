@@ -82,6 +82,9 @@ std::optional<int> play_child_role() {
     if (name == role_tell_elevation) {
         return is_elevated() ? 1 : 0;
     }
+    if (name == role_tell_second_instance) {
+        return is_second_instance() ? 1 : 0;
+    }
     if (name == role_tell_error_mode) {
         return static_cast<int>(GetErrorMode());
     }

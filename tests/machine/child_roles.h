@@ -12,6 +12,8 @@ inline constexpr wchar_t role_variable[] = L"ORVANTA_TEST_ROLE";
 
 /// Exits with 1 when it counts as elevated, else with 0.
 inline constexpr wchar_t role_tell_elevation[] = L"tell elevation";
+/// Exits with 1 when it counts as a second instance, else with 0.
+inline constexpr wchar_t role_tell_second_instance[] = L"tell second instance";
 /// Exits with the error mode that it was started with.
 inline constexpr wchar_t role_tell_error_mode[] = L"tell error mode";
 /// Relaunches itself elevated with `relaunched_arguments`, the second instance in the role below.

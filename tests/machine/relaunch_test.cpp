@@ -66,6 +66,15 @@ BOOL WINAPI no_answer(HANDLE token, PSID /*sid*/, PBOOL is_member) {
     return FALSE;
 }
 
+HANDLE WINAPI no_open_process(DWORD access, BOOL /*inherit*/, DWORD /*id*/) {
+    CHECK(access == PROCESS_QUERY_LIMITED_INFORMATION);
+    return nullptr;
+}
+
+HANDLE WINAPI no_snapshot(DWORD /*flags*/, DWORD /*id*/) {
+    return INVALID_HANDLE_VALUE;
+}
+
 /// The command line that a process was started with, from its own memory.
 std::wstring command_line_of(HANDLE process) {
     PROCESS_BASIC_INFORMATION basic = {};
@@ -81,13 +90,16 @@ std::wstring command_line_of(HANDLE process) {
     return text;
 }
 
-/// Watches a debugged program and its children; a child is ended before its first instruction.
+/// What a debugged program did and which children it and they had. A child is ended before its first
+/// instruction, or left alone.
 struct WatchedRun {
     std::vector<std::wstring> children;
     DWORD exit_code = 0;
 };
 
-WatchedRun watch(const StartedProgram& program) {
+enum class Children { ended_at_once, left_alone };
+
+WatchedRun watch(const StartedProgram& program, Children children) {
     WatchedRun run;
     for (;;) {
         DEBUG_EVENT event = {};
@@ -96,7 +108,10 @@ WatchedRun watch(const StartedProgram& program) {
             HANDLE process = event.u.CreateProcessInfo.hProcess;
             if (event.dwProcessId != program.id()) {
                 run.children.push_back(command_line_of(process));
-                TerminateProcess(process, 5);
+                // However many there are, they must not go on for ever.
+                if (children == Children::ended_at_once || run.children.size() > 3) {
+                    TerminateProcess(process, 5);
+                }
             }
             CloseHandle(event.u.CreateProcessInfo.hFile);
         }
@@ -172,8 +187,33 @@ TEST_CASE("the finished program relaunches itself once when it is restricted and
     const OwnedHandle token = restricted_token();
     const StartedProgram restricted(program, L"--source \"D:\\My media\" --uninstall", {}, token.get(),
                                     DEBUG_PROCESS);
-    const WatchedRun run = watch(restricted);
+    const WatchedRun run = watch(restricted, Children::ended_at_once);
     CHECK(run.exit_code == 0);
     CHECK(run.children ==
           std::vector<std::wstring>{L"\"" + program + L"\" --source \"D:\\My media\" --uninstall"});
+}
+
+TEST_CASE("a second instance that is not elevated either ends with 0 and starts no third one") {
+    const std::wstring program = path_from_environment(L"ORVANTA_PROGRAM");
+    const OwnedHandle token = restricted_token();
+    // Wine gives the second instance the rights of the first: none.
+    const StartedProgram restricted(program, L"--silent", {}, token.get(), DEBUG_PROCESS);
+    const WatchedRun run = watch(restricted, Children::left_alone);
+    CHECK(run.exit_code == 0);
+    CHECK(run.children == std::vector<std::wstring>{L"\"" + program + L"\" --silent"});
+    CHECK_FALSE(is_there(L"C:\\Program Files\\Brackenfold"));
+}
+
+TEST_CASE("an instance that another program started is no second one and one that cannot tell neither") {
+    CHECK_FALSE(is_second_instance());
+    const std::vector<std::pair<std::wstring, std::wstring>> role = {
+        {role_variable, role_tell_second_instance}};
+    CHECK(StartedProgram(test_program(), L"", role).exit_code() == 1);
+    const std::wstring copy = L"C:\\another name.exe";
+    copy_file(test_program(), copy);
+    CHECK(StartedProgram(copy, L"", role).exit_code() == 0);
+    const InterceptedCall parent("OpenProcess", no_open_process);
+    CHECK_FALSE(is_second_instance());
+    const InterceptedCall snapshot("CreateToolhelp32Snapshot", no_snapshot);
+    CHECK_FALSE(is_second_instance());
 }
