@@ -2,7 +2,10 @@
 // what the machine holds afterwards.
 
 import assert from 'node:assert/strict';
-import { appendFileSync, cpSync, existsSync, mkdirSync, readFileSync, renameSync, rmSync } from 'node:fs';
+import {
+  appendFileSync, cpSync, existsSync, mkdirSync, readFileSync, renameSync, rmSync, symlinkSync,
+} from 'node:fs';
+import { join } from 'node:path';
 import { describe, test } from 'node:test';
 import { assertBothInstalled, assertLinkwardAloneInstalled, assertNothingInstalled } from './support/assert_state.mjs';
 import * as expected from './support/expected_state.mjs';
@@ -85,6 +88,17 @@ describe('without a window', { concurrency: 4 }, () => {
     cpSync(machine.path('C:\\My media\\OrvantaInstaller.exe'), machine.path(installer));
     const { code } = await machine.install('--source', 'C:\\My media\\', '--install');
     assert.equal(code, 0);
+    await assertBothInstalled(machine);
+  });
+
+  test('a program in the root of a drive takes the products from there and not from the current folder', async (t) => {
+    const machine = await makeMachine(t);
+    const media = machine.path('C:\\Media');
+    renameSync(machine.path(setupFolder), media);
+    mkdirSync(join(media, 'documents'));
+    symlinkSync(media, join(machine.drive, '..', 'dosdevices', 'e:'));
+    const command = 'cd /d E:\\documents && start /wait E:\\OrvantaInstaller.exe --silent';
+    assert.equal((await machine.run('cmd.exe', ['/c', command])).code, 0);
     await assertBothInstalled(machine);
   });
 
