@@ -144,6 +144,22 @@ describe('without a window', { concurrency: 4 }, () => {
     assert.ok(existsSync(machine.path(expected.linkwardFolder)));
   });
 
+  test('a product that is installed again before the restart is whole after it', async (t) => {
+    const machine = await makeMachine(t);
+    assert.equal((await machine.install('-s')).code, 0);
+    const copies = [`${expected.linkwardFolder}\\VeyraLinkwardInstaller.exe`, `${expected.consoleFolder}\\updater.exe`];
+    // Each copy leaves itself to the restart, and with the first the other goes: put it there again.
+    assert.equal((await machine.run(copies[0], ['--uninstall'])).code, 0);
+    cpSync(machine.path(installer), machine.path(copies[1]));
+    assert.equal((await machine.run(copies[1], ['--uninstall'])).code, 0);
+    assert.deepEqual((await machine.report()).pending, copies.map((from) => ({ from, to: '' })));
+
+    assert.deepEqual(await machine.install('-s'), { code: 0, stdout: '', stderr: '' });
+    await assertBothInstalled(machine);
+    await machine.restart();
+    await assertBothInstalled(machine);
+  });
+
   test('a removal while the console runs schedules its files and removes the rest', async (t) => {
     const machine = await makeMachine(t);
     assert.equal((await machine.install('-s')).code, 0);
