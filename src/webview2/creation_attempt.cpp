@@ -27,46 +27,41 @@ CreationAttempt::~CreationAttempt() {
 }
 
 HRESULT CreationAttempt::start() {
-    HRESULT result = find_and_call();
-    if (FAILED(result) && take_retry()) {
-        result = find_and_call();
-    }
-    return result;
+    const HRESULT result = find_and_call();
+    return FAILED(result) ? find_and_call() : result;
 }
 
 HRESULT CreationAttempt::find_and_call() {
-    // What an administrator has set for this machine wins over what the program asks for.
-    std::wstring fixed_folder = machine_policy(L"BrowserExecutableFolder", PolicyScope::any_program);
-    if (fixed_folder.empty()) {
-        fixed_folder = browser_executable_folder_;
-    }
-    std::wstring user_data_folder = machine_policy(L"UserDataFolder", PolicyScope::this_program_only);
-    if (user_data_folder.empty()) {
-        user_data_folder = user_data_folder_.value_or(L"");
+    // What an administrator has set for this machine wins over what the program asks for, an empty text too:
+    // then the installed runtime, and a folder of the runtime's own choice.
+    const std::wstring fixed_folder = machine_policy(L"BrowserExecutableFolder", PolicyScope::any_program)
+                                          .value_or(browser_executable_folder_);
+    std::optional<std::wstring> user_data_folder =
+        machine_policy(L"UserDataFolder", PolicyScope::this_program_only);
+    if (!user_data_folder) {
+        user_data_folder = user_data_folder_;
+    } else if (user_data_folder->empty()) {
+        user_data_folder.reset();
     }
 
     std::wstring dll;
     if (!fixed_folder.empty()) {
         dll = find_fixed_runtime_dll(fixed_folder);
-    } else if (is_stable_channel_allowed(machine_policy(L"ReleaseChannels", PolicyScope::any_program))) {
+    } else if (is_stable_channel_allowed(
+                   machine_policy(L"ReleaseChannels", PolicyScope::any_program).value_or(L""))) {
         dll = find_installed_runtime_dll();
     }
     if (dll.empty()) {
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
     }
     // A null folder stays null: the runtime then chooses its own.
-    const bool has_user_data_folder = user_data_folder_.has_value() || !user_data_folder.empty();
     return create_environment_with(dll,
                                    fixed_folder.empty() ? RuntimeType::installed : RuntimeType::fixed_folder,
-                                   has_user_data_folder ? user_data_folder.c_str() : nullptr, options_, this);
-}
-
-bool CreationAttempt::take_retry() {
-    return std::exchange(may_retry_, false);
+                                   user_data_folder ? user_data_folder->c_str() : nullptr, options_, this);
 }
 
 HRESULT CreationAttempt::Invoke(HRESULT result, ICoreWebView2Environment* environment) noexcept {
-    if (FAILED(result) && take_retry()) {
+    if (FAILED(result) && std::exchange(may_retry_, false)) {
         result = find_and_call();
         if (SUCCEEDED(result)) {
             return S_OK; // the new start calls again

@@ -8,7 +8,8 @@
 
 /// One request for an environment. It stands between the runtime and the caller's handler so that a
 /// failed start can be tried once more: an update that replaces the runtime just then is over the next
-/// time. Lives until the runtime lets go of it.
+/// time. A refusal and a failure that is told later do not use up each other's second try. Lives until the
+/// runtime lets go of it.
 class CreationAttempt final : public ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler {
   public:
     /// Texts and options may be null. Keeps a reference to options and handler.
@@ -30,13 +31,12 @@ class CreationAttempt final : public ICoreWebView2CreateCoreWebView2EnvironmentC
     // Reached through Release only; the interface has no virtual destructor.
     ~CreationAttempt();
     HRESULT find_and_call();
-    bool take_retry();
     void deliver(HRESULT result, ICoreWebView2Environment* environment);
 
     std::wstring browser_executable_folder_;
     std::optional<std::wstring> user_data_folder_;
     IUnknown* options_;
     ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler* handler_;
-    bool may_retry_ = true;
+    bool may_retry_ = true; // after a failure that the runtime has told
     std::atomic<ULONG> references_ = 1;
 };

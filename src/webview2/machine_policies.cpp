@@ -38,35 +38,36 @@ std::vector<std::wstring> policy_value_names(std::wstring_view app_user_model_id
     return names;
 }
 
-std::wstring machine_policy(const wchar_t* policy_name, PolicyScope scope) {
+std::optional<std::wstring> machine_policy(const wchar_t* policy_name, PolicyScope scope) {
     const std::wstring key_path = std::wstring(policies_path) + policy_name;
     const std::wstring program = host_program_path();
     const std::wstring file_name = program.substr(program.rfind(L'\\') + 1);
     for (const std::wstring& name : policy_value_names(app_user_model_id(), file_name, scope)) {
-        std::wstring value = read_registry_text(HKEY_LOCAL_MACHINE, key_path.c_str(), 0, name.c_str());
-        if (!value.empty()) {
+        std::optional<std::wstring> value =
+            read_expanded_registry_text(HKEY_LOCAL_MACHINE, key_path.c_str(), name.c_str());
+        if (value) {
             return value;
         }
     }
-    return {};
+    return std::nullopt;
 }
 
 bool is_stable_channel_allowed(std::wstring_view release_channels) {
-    if (release_channels.empty()) {
-        return true;
-    }
-    constexpr std::wstring_view stable = L"0";
+    // Only a list of nothing but other channels leaves the stable one out.
+    constexpr wchar_t first_other_channel = L'1';
+    constexpr wchar_t last_other_channel = L'4';
     constexpr std::wstring_view blanks = L" \t";
-    while (!release_channels.empty()) {
+    for (;;) {
         const std::size_t comma = release_channels.find(L',');
         std::wstring_view channel = release_channels.substr(0, comma);
-        release_channels.remove_prefix(comma == std::wstring_view::npos ? release_channels.size()
-                                                                        : comma + 1);
         channel.remove_prefix(std::min(channel.find_first_not_of(blanks), channel.size()));
         channel = channel.substr(0, channel.find_last_not_of(blanks) + 1);
-        if (channel == stable) {
+        if (channel.size() != 1 || channel[0] < first_other_channel || channel[0] > last_other_channel) {
             return true;
         }
+        if (comma == std::wstring_view::npos) {
+            return false;
+        }
+        release_channels.remove_prefix(comma + 1);
     }
-    return false;
 }

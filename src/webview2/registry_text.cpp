@@ -1,38 +1,74 @@
 #include "webview2/registry_text.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 // A value that keeps growing between two reads is given up.
 constexpr int max_reads = 4;
 
-std::wstring text_of_value(HKEY key, const wchar_t* name) {
-    std::wstring text(MAX_PATH, L'\0');
+struct StoredText {
+    DWORD type = REG_NONE;
+    std::wstring text;
+};
+
+std::optional<StoredText> text_of_value(HKEY key, const wchar_t* name) {
+    StoredText stored;
+    std::wstring& text = stored.text;
+    text.resize(MAX_PATH);
     for (int read = 0; read < max_reads; ++read) {
         auto size_bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-        const LSTATUS status =
-            RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &size_bytes);
+        const LSTATUS status = RegQueryValueExW(key, name, nullptr, &stored.type,
+                                                reinterpret_cast<BYTE*>(text.data()), &size_bytes);
         const std::size_t length = size_bytes / sizeof(wchar_t);
         if (status == ERROR_SUCCESS) {
             text.resize(length);
             // The stored data may or may not hold a terminator, or more than one text.
-            return text.substr(0, text.find(L'\0'));
+            text.resize(std::min(text.find(L'\0'), length));
+            return stored;
         }
         if (status != ERROR_MORE_DATA) {
             break;
         }
         text.resize(length + 1);
     }
-    return {};
+    return std::nullopt;
+}
+
+std::optional<StoredText> read_stored_text(HKEY root, const wchar_t* path, REGSAM view, const wchar_t* name) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, path, 0, KEY_READ | view, &key) != ERROR_SUCCESS) {
+        return std::nullopt;
+    }
+    std::optional<StoredText> stored = text_of_value(key, name);
+    RegCloseKey(key);
+    return stored;
+}
+
+std::wstring expanded(const std::wstring& text) {
+    const DWORD size = ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
+    std::wstring result(size, L'\0');
+    // Both sizes count the terminator.
+    const DWORD written = ExpandEnvironmentStringsW(text.c_str(), result.data(), size);
+    result.resize(written != 0 && written <= size ? written - 1 : 0);
+    return result;
 }
 
 } // namespace
 
 std::wstring read_registry_text(HKEY root, const wchar_t* path, REGSAM view, const wchar_t* name) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(root, path, 0, KEY_READ | view, &key) != ERROR_SUCCESS) {
-        return {};
+    return read_stored_text(root, path, view, name).value_or(StoredText()).text;
+}
+
+std::optional<std::wstring> read_expanded_registry_text(HKEY root, const wchar_t* path, const wchar_t* name) {
+    std::optional<StoredText> stored = read_stored_text(root, path, 0, name);
+    if (stored && stored->type == REG_SZ) {
+        return std::move(stored->text);
     }
-    std::wstring text = text_of_value(key, name);
-    RegCloseKey(key);
-    return text;
+    // RegGetValue would expand by itself; Wine's spoils the heap when the text outgrows its place.
+    if (stored && stored->type == REG_EXPAND_SZ) {
+        return expanded(stored->text);
+    }
+    return std::nullopt;
 }

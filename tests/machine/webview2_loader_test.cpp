@@ -73,7 +73,7 @@ TEST_CASE("a DLL beside the runtime is found although the search is restricted t
     }
 }
 
-TEST_CASE("a start that fails is tried once more but not twice") {
+TEST_CASE("a start that is refused and one that fails are tried once more each but not twice") {
     const Machine machine;
     Machine::register_for_machine(Machine::place_runtime(L"120.0.2210.91"));
     struct Row {
@@ -108,8 +108,17 @@ TEST_CASE("a start that fails is tried once more but not twice") {
     SUBCASE("failed twice, inside") {
         row = {L"fail-inside,fail-inside,inside", S_OK, 2, bad, 1};
     }
-    SUBCASE("refused, then failed") {
-        row = {L"refuse,fail-later,later", S_OK, 2, bad, 0};
+    SUBCASE("refused, then failed, later") {
+        row = {L"refuse,fail-later,later", S_OK, 3, good, 0};
+    }
+    SUBCASE("refused, then failed, inside") {
+        row = {L"refuse,fail-inside,inside", S_OK, 3, good, 1};
+    }
+    SUBCASE("refused, then failed twice") {
+        row = {L"refuse,fail-later,fail-later,later", S_OK, 3, bad, 0};
+    }
+    SUBCASE("refused, then failed, then refused") {
+        row = {L"refuse,fail-later,refuse,later", S_OK, 3, bad, 0};
     }
     SUBCASE("failed, then refused") {
         row = {L"fail-later,refuse,later", S_OK, 2, bad, 0};

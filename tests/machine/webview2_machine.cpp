@@ -47,8 +47,9 @@ void set_value(HKEY root, const std::wstring& path, const wchar_t* name, const s
     RegCloseKey(key);
 }
 
-void set_policy(const wchar_t* policy, const wchar_t* name, const std::wstring& value, HKEY root) {
-    set_value(root, std::wstring(policies) + L"\\" + policy, name, value);
+void set_policy(const wchar_t* policy, const wchar_t* name, const std::wstring& value, DWORD type,
+                HKEY root) {
+    set_value(root, std::wstring(policies) + L"\\" + policy, name, value, type);
 }
 
 std::wstring name_of_program() {

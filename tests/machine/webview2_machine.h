@@ -23,12 +23,13 @@ inline constexpr const wchar_t* client_state_32 =
 /// a DLL beside it. The folder on the build machine is in ORVANTA_WEBVIEW2_STANDIN_DIR.
 std::wstring standin_file(const std::wstring& name);
 
-/// Writes a text value; the key is made if it is missing.
+/// Writes a text value, or the text's bytes with its terminator as a value of another type; the key is made
+/// if it is missing.
 void set_value(HKEY root, const std::wstring& path, const wchar_t* name, const std::wstring& value,
                DWORD type = REG_SZ);
 
 /// Writes the value of a WebView2 policy for the program of that name, or for all with "*".
-void set_policy(const wchar_t* policy, const wchar_t* name, const std::wstring& value,
+void set_policy(const wchar_t* policy, const wchar_t* name, const std::wstring& value, DWORD type = REG_SZ,
                 HKEY root = HKEY_LOCAL_MACHINE);
 
 /// The file name of the running program, to which policies apply.

@@ -7,6 +7,16 @@
 
 #include "webview2_machine.h"
 
+namespace {
+
+/// The parameters of the runtime's last call; empty when there was none.
+std::string last_call() {
+    const std::vector<std::string> calls = Machine::calls();
+    return calls.empty() ? "" : calls.back();
+}
+
+} // namespace
+
 TEST_CASE("the folder that the caller names is a fixed runtime of any version") {
     const Machine machine;
     const auto folder = Machine::place_runtime(L"fixed");
@@ -80,6 +90,10 @@ TEST_CASE("a policy of release channels without the stable one leaves no runtime
         set_policy(L"ReleaseChannels", L"*", L"1,2,3");
         CHECK(Creation().started == no_runtime);
     }
+    SUBCASE("1, but not understood") {
+        set_policy(L"ReleaseChannels", L"*", L"1;2");
+        CHECK(Creation().has_environment());
+    }
     SUBCASE("0,1") {
         set_policy(L"ReleaseChannels", name_of_program().c_str(), L"0,1");
         set_policy(L"ReleaseChannels", L"*", L"1");
@@ -100,14 +114,93 @@ TEST_CASE("the user data folder follows a policy for this program and never one 
                                                        "(true, 0, C:\\for this, null)"});
 }
 
+TEST_CASE("variables in a policy are expanded when its type says so") {
+    const Machine machine;
+    const auto fixed = Machine::place_runtime(L"fixed");
+    SetEnvironmentVariableW(L"WEBVIEW2_TEST_FOLDER", Machine::folder().c_str());
+    set_policy(L"BrowserExecutableFolder", L"*", L"%WEBVIEW2_TEST_FOLDER%\\fixed", REG_EXPAND_SZ);
+    set_policy(L"UserDataFolder", name_of_program().c_str(), L"%WEBVIEW2_TEST_FOLDER%\\%UNKNOWN%",
+               REG_EXPAND_SZ);
+    CHECK(Creation().has_environment());
+    CHECK(Machine::is_loaded(fixed));
+    const std::string folder = std::filesystem::path(Machine::folder()).string();
+    CHECK(Machine::calls() == std::vector<std::string>{"(true, 1, " + folder + "\\%UNKNOWN%, null)"});
+    set_policy(L"BrowserExecutableFolder", L"*", L"%WEBVIEW2_TEST_FOLDER%\\fixed");
+    CHECK(Creation().started == no_runtime);
+
+    // What it expands to may be of any length.
+    const std::wstring long_text(1500, L'x');
+    SetEnvironmentVariableW(L"WEBVIEW2_TEST_FOLDER", long_text.c_str());
+    set_policy(L"BrowserExecutableFolder", L"*", fixed);
+    set_policy(L"UserDataFolder", name_of_program().c_str(), L"%WEBVIEW2_TEST_FOLDER%%WEBVIEW2_TEST_FOLDER%",
+               REG_EXPAND_SZ);
+    CHECK(Creation().has_environment());
+    CHECK(last_call() == "(true, 1, " + std::string(3000, 'x') + ", null)");
+    set_policy(L"UserDataFolder", name_of_program().c_str(), std::wstring(5000, L'y'));
+    CHECK(Creation().has_environment());
+    CHECK(last_call() == "(true, 1, " + std::string(5000, 'y') + ", null)");
+    SetEnvironmentVariableW(L"WEBVIEW2_TEST_FOLDER", nullptr);
+}
+
+TEST_CASE("a policy that is no text is none and the next name is asked") {
+    const Machine machine;
+    const auto installed = Machine::place_runtime(L"120.0.2210.91");
+    const auto fixed = Machine::place_runtime(L"fixed");
+    Machine::register_for_machine(installed);
+    const std::wstring name = name_of_program();
+    for (const DWORD type : {REG_DWORD, REG_BINARY, REG_MULTI_SZ, REG_NONE, REG_QWORD}) {
+        CAPTURE(type);
+        set_policy(L"BrowserExecutableFolder", name.c_str(), Machine::folder() + L"\\nothing", type);
+        set_policy(L"UserDataFolder", name.c_str(), L"C:\\policy", type);
+        set_policy(L"ReleaseChannels", name.c_str(), L"1", type);
+        CHECK(Creation().has_environment());
+        CHECK(last_call() == "(true, 0, C:\\data, null)");
+    }
+    set_policy(L"BrowserExecutableFolder", L"*", fixed);
+    CHECK(Creation().has_environment());
+    CHECK(last_call() == "(true, 1, C:\\data, null)");
+    CHECK(Machine::is_loaded(fixed));
+}
+
+TEST_CASE("a policy that is there but empty ends the search") {
+    const Machine machine;
+    const auto installed = Machine::place_runtime(L"120.0.2210.91");
+    const auto fixed = Machine::place_runtime(L"fixed");
+    Machine::register_for_machine(installed);
+    const std::wstring name = name_of_program();
+    const DWORD type = [] {
+        DWORD text_type = REG_SZ;
+        SUBCASE("a text") {
+        }
+        SUBCASE("an expandable text") {
+            text_type = REG_EXPAND_SZ;
+        }
+        return text_type;
+    }();
+    set_policy(L"BrowserExecutableFolder", name.c_str(), L"", type);
+    set_policy(L"BrowserExecutableFolder", L"*", fixed);
+    set_policy(L"ReleaseChannels", name.c_str(), L"", type);
+    set_policy(L"ReleaseChannels", L"*", L"1");
+    CHECK(Creation().has_environment());
+    CHECK(last_call() == "(true, 0, C:\\data, null)");
+    // The installed runtime, whatever folder the program asks for.
+    CHECK(Creation(fixed.c_str()).has_environment());
+    CHECK(last_call() == "(true, 0, C:\\data, null)");
+    CHECK_FALSE(Machine::is_loaded(fixed));
+    // Nor does the program's own folder for the user's data count: the runtime chooses one.
+    set_policy(L"UserDataFolder", name.c_str(), L"", type);
+    CHECK(Creation().has_environment());
+    CHECK(last_call() == "(true, 0, null, null)");
+}
+
 TEST_CASE("neither the user's policies nor environment variables are looked at") {
     const Machine machine;
     const auto installed = Machine::place_runtime(L"120.0.2210.91");
     const auto planted = Machine::place_runtime(L"planted");
     Machine::register_for_machine(installed);
-    set_policy(L"BrowserExecutableFolder", L"*", planted, HKEY_CURRENT_USER);
-    set_policy(L"ReleaseChannels", L"*", L"1", HKEY_CURRENT_USER);
-    set_policy(L"UserDataFolder", name_of_program().c_str(), L"C:\\planted", HKEY_CURRENT_USER);
+    set_policy(L"BrowserExecutableFolder", L"*", planted, REG_SZ, HKEY_CURRENT_USER);
+    set_policy(L"ReleaseChannels", L"*", L"1", REG_SZ, HKEY_CURRENT_USER);
+    set_policy(L"UserDataFolder", name_of_program().c_str(), L"C:\\planted", REG_SZ, HKEY_CURRENT_USER);
     SetEnvironmentVariableW(L"WEBVIEW2_BROWSER_EXECUTABLE_FOLDER", planted.c_str());
     SetEnvironmentVariableW(L"WEBVIEW2_USER_DATA_FOLDER", L"C:\\planted");
     SetEnvironmentVariableW(L"WEBVIEW2_RELEASE_CHANNELS", L"1");

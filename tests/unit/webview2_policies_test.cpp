@@ -18,13 +18,22 @@ TEST_CASE("the stable channel is allowed unless a list of channels leaves it out
         bool is_allowed;
     };
     const Row rows[] = {
-        {L"", true},      {L"0", true},    {L"0,1", true},    {L"3,2,1,0", true}, {L"1, 0 ,2", true},
-        {L"\t0", true},   {L"1", false},   {L"1,2,3", false}, {L"10", false},     {L"00", false},
-        {L"1,10", false}, {L"0x", false},  {L",", false},     {L" ", false},      {L",0", true},
-        {L"0,", true},    {L"0 0", false}, {L"0;1", false},
+        {L"", true},         {L"0", true},    {L"0,1", true},      {L"3,2,1,0", true}, {L"1, 0 ,2", true},
+        {L"\t0", true},      {L"4,0", true},  {L"1", false},       {L"4", false},      {L"1,2,3", false},
+        {L" 1 ,\t2", false}, {L"1,1", false}, {L"1,2,3,4", false},
     };
     for (const Row& row : rows) {
         CAPTURE(row.channels);
         CHECK(is_stable_channel_allowed(row.channels) == row.is_allowed);
+    }
+}
+
+TEST_CASE("a list with one entry that is no channel counts as no policy") {
+    for (const wchar_t* const channels :
+         {L"abc", L"5",     L"9",     L"10", L"00",   L"01",  L"0.0", L"0;1",    L"0 1",    L"0x0",
+          L"0x",  L"1,abc", L"abc,1", L"-1", L"+1",   L"1;0", L"1 0", L"1,5",    L"1,10",   L"1,2,03",
+          L",",   L" ",     L"1,",    L",1", L"1,,2", L"/",   L":",   L"\uFF11", L"1\u00A0"}) {
+        CAPTURE(channels);
+        CHECK(is_stable_channel_allowed(channels));
     }
 }
