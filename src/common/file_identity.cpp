@@ -9,6 +9,7 @@
 
 #include "common/file_error.h"
 #include "common/paths.h"
+#include "common/real_path.h"
 
 namespace {
 
@@ -53,39 +54,7 @@ FileIdentity identity_or_error(const std::wstring& path, const std::wstring& a, 
     return *identity;
 }
 
-/// Where an open folder really lies; empty when the system cannot tell.
-std::wstring real_path(HANDLE folder) {
-    std::wstring path(MAX_PATH, L'\0');
-    DWORD length = GetFinalPathNameByHandleW(folder, path.data(), static_cast<DWORD>(path.size()), 0);
-    if (length > path.size()) {
-        path.resize(length);
-        length = GetFinalPathNameByHandleW(folder, path.data(), static_cast<DWORD>(path.size()), 0);
-    }
-    path.resize(length < path.size() ? length : 0);
-    return path;
-}
-
-/// The real path of the deepest part of a path that exists; the path itself when the system cannot tell.
-std::wstring real_existing_part(const std::wstring& path) {
-    for (std::wstring place = path; !place.empty(); place = parent_of(place)) {
-        if (const OwnedFile folder = open_entry(place)) {
-            const std::wstring real = real_path(folder.get());
-            return real.empty() ? place : real;
-        }
-        if (place == parent_of(place)) {
-            break;
-        }
-    }
-    return path;
-}
-
 } // namespace
-
-OwnedFile open_entry(const std::wstring& path) {
-    return OwnedFile(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
-                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                 OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-}
 
 bool is_same_entry(const std::wstring& a, const std::wstring& b) {
     return identity_or_error(a, a, b) == identity_or_error(b, a, b);
@@ -101,7 +70,7 @@ bool lies_inside(const std::wstring& path, const std::wstring& folder) {
     if (!wanted) {
         return false;
     }
-    std::wstring place = real_existing_part(path);
+    std::wstring place = real_path(path);
     while (identity_of_path(place) != wanted) {
         std::wstring parent = parent_of(place);
         if (parent.empty() || parent == place) {

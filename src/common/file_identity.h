@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "common/owned.h"
-
 /// Which file is which, however it is named: by the number that its volume gives it, in 128 bits where the
 /// file system has them (64 are not unique everywhere).
 
@@ -17,7 +15,3 @@ bool is_same_existing_entry(const std::wstring& a, const std::wstring& b);
 /// Whether what a path leads to, or would lead to once it exists, is `folder` or lies anywhere below it, all
 /// links followed. No when the system cannot tell.
 bool lies_inside(const std::wstring& path, const std::wstring& folder);
-
-/// Opens what a path leads to, a folder too, for its attributes; links are followed. Empty, with the reason
-/// in the last error, when that cannot be done.
-OwnedFile open_entry(const std::wstring& path);

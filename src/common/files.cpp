@@ -4,9 +4,9 @@
 #include <windows.h>
 
 #include "common/file_error.h"
-#include "common/file_identity.h"
 #include "common/owned.h"
 #include "common/paths.h"
+#include "common/real_path.h"
 #include "common/text.h"
 
 namespace {

@@ -49,11 +49,6 @@ void remove_tree(const std::wstring& path);
 /// own.
 void remove_tree_if_possible(const std::wstring& path);
 
-/// Hands every file below a folder to the system for deletion at the next start; links are not followed, and
-/// nothing happens when the folder itself is one. Read-only files lose that attribute, which would keep them.
-/// Folders are not scheduled; folders that cannot be read and refused files are passed over.
-void schedule_removal_at_reboot(const std::wstring& folder);
-
 /// A file name's extension, from its last dot, in the system's ANSI code page with ASCII letters lowered.
 /// A name whose only dot is its first character has none.
 std::string lower_extension(const std::wstring& path);

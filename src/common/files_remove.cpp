@@ -6,6 +6,7 @@
 #include "common/file_error.h"
 #include "common/open_folder.h"
 #include "common/paths.h"
+#include "common/real_path.h"
 
 namespace {
 
@@ -133,25 +134,6 @@ void remove_with_contents(TreeRemoval& removal, const ListedEntry& root) {
     }
 }
 
-/// Refusals are ignored: there is no further way to get rid of the file.
-void schedule_file_removal(const std::wstring& file) {
-    if (MoveFileExW(file.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT) == FALSE) {
-        return;
-    }
-    // The next start deletes no read-only file.
-    const DWORD attributes = GetFileAttributesW(file.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        SetFileAttributesW(file.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
-    }
-}
-
-/// A path in full and without a final separator.
-std::wstring full_path(const std::wstring& path) {
-    std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
-    return file_name_of(full).empty() ? parent_of(full) : full;
-}
-
 } // namespace
 
 void remove_tree(const std::wstring& path) {
@@ -186,27 +168,5 @@ void remove_tree_if_possible(const std::wstring& path) {
         remove_tree(path);
     } catch (const FileError&) {
         // As promised.
-    }
-}
-
-void schedule_removal_at_reboot(const std::wstring& folder) {
-    const DWORD folder_attributes = GetFileAttributesW(folder.c_str());
-    if (folder_attributes != INVALID_FILE_ATTRIBUTES &&
-        (folder_attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
-        return;
-    }
-    std::vector<FolderEntry> entries;
-    try {
-        entries = list_folder(folder);
-    } catch (const FileError&) {
-        // A folder that cannot be read has nothing to schedule.
-        return;
-    }
-    for (const FolderEntry& entry : entries) {
-        if (!entry.is_directory) {
-            schedule_file_removal(entry.path);
-        } else if (!entry.is_link) {
-            schedule_removal_at_reboot(entry.path);
-        }
     }
 }

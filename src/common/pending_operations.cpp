@@ -6,7 +6,13 @@
 
 #include <winternl.h>
 
+#include "common/file_error.h"
+#include "common/files.h"
+#include "common/real_path.h"
 #include "common/registry.h"
+
+// NOLINTNEXTLINE(readability-identifier-naming): Windows' own name, which its headers leave out.
+extern "C" NTSTATUS NTAPI NtOpenMutant(HANDLE* mutant, ACCESS_MASK access, OBJECT_ATTRIBUTES* attributes);
 
 namespace {
 
@@ -27,11 +33,6 @@ constexpr std::wstring_view nt_prefix = L"\\??\\";
 
 /// Opens the lock, which lies outside the folder of names that OpenMutex knows. Empty where there is none.
 OwnedHandle open_lock() {
-    using OpenMutant = NTSTATUS(NTAPI*)(HANDLE*, ACCESS_MASK, OBJECT_ATTRIBUTES*);
-    const FARPROC function = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtOpenMutant");
-    if (function == nullptr) {
-        return {};
-    }
     std::wstring name_buffer = lock_name;
     UNICODE_STRING name = {};
     name.Buffer = name_buffer.data();
@@ -39,9 +40,8 @@ OwnedHandle open_lock() {
     name.MaximumLength = name.Length;
     OBJECT_ATTRIBUTES attributes = {};
     InitializeObjectAttributes(&attributes, &name, 0, nullptr, nullptr);
-    const auto open_mutant = reinterpret_cast<OpenMutant>(reinterpret_cast<void (*)()>(function));
     HANDLE lock = nullptr;
-    return OwnedHandle(NT_SUCCESS(open_mutant(&lock, SYNCHRONIZE, &attributes)) ? lock : nullptr);
+    return OwnedHandle(NT_SUCCESS(NtOpenMutant(&lock, SYNCHRONIZE, &attributes)) ? lock : nullptr);
 }
 
 /// Holds the lock under which MoveFileEx changes the lists. Without it, where there is none or its holder
@@ -65,46 +65,11 @@ class ListsLock {
     bool is_held_ = false;
 };
 
-/// The path of an open file or folder without any links in it; empty when the system cannot tell.
-std::wstring path_of_open(HANDLE file) {
-    constexpr DWORD form = FILE_NAME_NORMALIZED | VOLUME_NAME_DOS;
-    // With its terminator, when there is no room.
-    const DWORD size = GetFinalPathNameByHandleW(file, nullptr, 0, form);
-    std::wstring path(size, L'\0');
-    const DWORD length = GetFinalPathNameByHandleW(file, path.data(), size, form);
-    path.resize(length < size ? length : 0);
-    return path;
-}
-
-/// A folder's path without links, as Windows writes it into the list for what it could open. The part that is
-/// missing is taken as it is spelled. Empty when the system cannot tell.
-std::wstring path_without_links(const std::wstring& full_path) {
-    // A drive's letter alone would be its current folder.
-    for (size_t end = full_path.size(); end != std::wstring::npos && end > 0 && full_path[end - 1] != L':';
-         end = full_path.rfind(L'\\', end - 1)) {
-        const OwnedFile folder(CreateFileW(full_path.substr(0, end).c_str(), FILE_READ_ATTRIBUTES,
-                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-        if (folder) {
-            const std::wstring path = path_of_open(folder.get());
-            return path.empty() ? path : path + full_path.substr(end);
-        }
-    }
-    return {};
-}
-
-std::wstring full_path_of(const std::wstring& path) {
-    std::wstring full_path(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    full_path.resize(
-        GetFullPathNameW(path.c_str(), static_cast<DWORD>(full_path.size()), full_path.data(), nullptr));
-    return full_path.substr(0, full_path.find_last_not_of(L'\\') + 1);
-}
-
 /// The names under which the list may know a folder.
 std::vector<std::wstring> listed_names_of(const std::wstring& folder) {
-    const std::wstring full_path = full_path_of(folder);
     std::vector<std::wstring> names;
-    for (const std::wstring& path : {full_path, path_without_links(full_path)}) {
+    // As it is spelled, and as Windows writes down what it could open.
+    for (const std::wstring& path : {full_path(folder), real_path(folder)}) {
         if (!path.empty()) {
             const size_t prefix = path.starts_with(win32_prefix) ? win32_prefix.size() : 0;
             names.push_back(std::wstring(nt_prefix) + path.substr(prefix));
@@ -179,6 +144,18 @@ void cancel_deletions(HKEY key, const wchar_t* value, const std::vector<std::wst
     }
 }
 
+/// Refusals are ignored: there is no further way to get rid of the file.
+void schedule_file_removal(const std::wstring& file) {
+    if (MoveFileExW(file.c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT) == FALSE) {
+        return;
+    }
+    // The next start deletes no read-only file.
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        SetFileAttributesW(file.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+    }
+}
+
 } // namespace
 
 std::optional<std::wstring> without_deletions_below(std::wstring_view list,
@@ -207,6 +184,28 @@ std::optional<std::wstring> without_deletions_below(std::wstring_view list,
         return std::nullopt;
     }
     return kept.empty() ? kept : kept + terminator;
+}
+
+void schedule_removal_at_reboot(const std::wstring& folder) {
+    const DWORD folder_attributes = GetFileAttributesW(folder.c_str());
+    if (folder_attributes != INVALID_FILE_ATTRIBUTES &&
+        (folder_attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+        return;
+    }
+    std::vector<FolderEntry> entries;
+    try {
+        entries = list_folder(folder);
+    } catch (const FileError&) {
+        // A folder that cannot be read has nothing to schedule.
+        return;
+    }
+    for (const FolderEntry& entry : entries) {
+        if (!entry.is_directory) {
+            schedule_file_removal(entry.path);
+        } else if (!entry.is_link) {
+            schedule_removal_at_reboot(entry.path);
+        }
+    }
 }
 
 void cancel_pending_deletions_below(const std::wstring& folder) {

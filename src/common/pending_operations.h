@@ -7,6 +7,11 @@
 
 /// What Windows has noted to move or delete at its next start (MoveFileEx with MOVEFILE_DELAY_UNTIL_REBOOT).
 
+/// Hands every file below a folder to the system for deletion at the next start; links are not followed, and
+/// nothing happens when the folder itself is one. Read-only files lose that attribute, which would keep them.
+/// Folders are not scheduled; folders that cannot be read and refused files are passed over.
+void schedule_removal_at_reboot(const std::wstring& folder);
+
 /// Takes the deletions of everything below a folder off the system's list, so that what is installed there
 /// now survives the next start. Moves, the folder itself and everybody else's entries stay, byte for byte and
 /// in their order; without an entry of ours nothing is written, and a list that is damaged is left alone.

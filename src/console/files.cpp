@@ -7,6 +7,7 @@
 #include "common/files.h"
 #include "common/install_source.h"
 #include "common/paths.h"
+#include "common/pending_operations.h"
 #include "common/program_path.h"
 #include "common/text.h"
 #include "console/location.h"

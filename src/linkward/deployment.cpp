@@ -9,6 +9,7 @@
 #include "common/file_identity.h"
 #include "common/files.h"
 #include "common/paths.h"
+#include "common/pending_operations.h"
 #include "common/program_path.h"
 #include "common/text.h"
 #include "linkward/locations.h"

@@ -5,6 +5,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "common/pending_operations.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "readable.h"
