@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "webview2/creation_attempt.h"
 #include "webview2_machine.h"
 
 TEST_CASE("without a runtime the documented error comes back and the handler is not called") {
@@ -129,4 +130,22 @@ TEST_CASE("a start that is refused and one that fails are tried once more each b
     CHECK(creation.handler.results == row.results);
     CHECK(creation.results_inside_call == row.results_inside_call);
     CHECK(Machine::calls().size() == row.calls);
+}
+
+TEST_CASE("the handler that the runtime is given answers IUnknown and its own id and refuses the rest") {
+    RecordingHandler handler;
+    auto* const attempt = new CreationAttempt(nullptr, nullptr, nullptr, &handler);
+    CHECK(handler.references == 2);
+    for (const IID& id : {IID_IUnknown, IID_ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler}) {
+        void* object = nullptr;
+        CHECK(attempt->QueryInterface(id, &object) == S_OK);
+        CHECK(object == attempt);
+        CHECK(attempt->Release() == 1);
+    }
+    void* object = attempt;
+    CHECK(attempt->QueryInterface(IID_ICoreWebView2Environment, &object) == E_NOINTERFACE);
+    CHECK(object == nullptr);
+    CHECK(attempt->QueryInterface(IID_IUnknown, nullptr) == E_POINTER);
+    CHECK(attempt->Release() == 0);
+    CHECK(handler.references == 1);
 }

@@ -32,6 +32,7 @@ const std::map<std::string, std::function<void(std::istream&)>>& commands() {
         {"unused", call_unused_method},
         {"identities", check_identities},
         {"count", print_count},
+        {"questions", print_questions},
         {"pixel", print_pixel},
         {"counting", count_messages},
         {"echo", echo_messages},

@@ -3,7 +3,12 @@
 #include "webview2/interfaces.h"
 
 #include <functional>
+#include <set>
+#include <string>
 #include <utility>
+
+/// What the runtime has asked the handlers for, each kind of question once. Window's thread only.
+inline std::set<std::string> g_questions;
 
 /// A handler of the probe: any of the five interfaces, whose Invoke takes an A and a B.
 template<typename Interface, typename A, typename B>
@@ -12,6 +17,10 @@ class Handler final : public Interface {
     Handler(REFIID iid, std::function<void(A, B)> action) : iid_(iid), action_(std::move(action)) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        g_questions.insert(object == nullptr     ? "for nothing"
+                           : iid == IID_IUnknown ? "IUnknown"
+                           : iid == iid_         ? "its own id"
+                                                 : "another id");
         if (object == nullptr) {
             return E_POINTER;
         }

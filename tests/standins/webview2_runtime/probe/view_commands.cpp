@@ -75,6 +75,14 @@ void listen_to_loads(std::istream& /*words*/) {
     handler->Release();
 }
 
+void print_questions(std::istream& /*words*/) {
+    std::string line = "questions";
+    for (const std::string& question : g_questions) {
+        line += ", " + question;
+    }
+    print(line);
+}
+
 /// A handler that answers somebody else's id.
 void listen_badly(std::istream& /*words*/) {
     auto* const handler = new MessageHandler(IID_ICoreWebView2NavigationCompletedEventHandler, on_message);

@@ -17,6 +17,7 @@ void execute_script_without_handler(std::istream& words);
 void call_from_another_thread(std::istream& words);
 void call_unused_method(std::istream& words);
 void print_count(std::istream& words);
+void print_questions(std::istream& words); // what handlers were asked
 
 // How the handler of messages behaves from now on.
 void count_messages(std::istream& words); // counts them instead of printing them

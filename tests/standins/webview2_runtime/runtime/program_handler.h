@@ -6,9 +6,9 @@
 #include <unknwn.h>
 #include <utility>
 
-/// Asks a handler of the program for `iid` and looks at the rest of its manners: it must answer IUnknown,
-/// refuse anything else with a cleared pointer, and refuse a null pointer. Faults are recorded. Returns
-/// the pointer with a reference, null when the handler does not know its own id.
+/// Asks a handler of the program for IUnknown and for `iid`; what it does not answer is recorded. Nothing
+/// else is asked: the handler that Microsoft's loader puts before the program's does not survive every
+/// question. Returns the pointer with a reference, null when the handler does not know its own id.
 void* ask_handler(IUnknown* handler, REFIID iid, const wchar_t* name);
 
 /// A reference to one of the program's handlers; letting go of it is recorded with the number of

@@ -101,6 +101,12 @@ test('each object answers its own ids with one identity', async (t) => {
     'identity 0x00000000 same, 0x00000000 same, 0x00000000 same, 0x80004002 null, 0x00000000 same, 0x00000000 same');
 });
 
+test('a handler is asked for nothing but what the one of a real loader answers', async (t) => {
+  const { probe } = await startLoadedPair(t);
+  assert.equal(await probe.run('script 1'), 'script 0x00000000 1');
+  assert.equal(await probe.run('questions'), 'questions, IUnknown, its own id');
+});
+
 test('whoever waits for what cannot come any more is told at once', async (t) => {
   const { bridge, probe, program } = await startPair(t);
   const never = { what: 'a miracle' };
