@@ -24,14 +24,16 @@ set(ORVANTA_TEST_ENVIRONMENT
 
 set(ORVANTA_WITH_MACHINE "${CMAKE_SOURCE_DIR}/tests/support/with_machine")
 
-# A program with the property ORVANTA_NEEDS_DISPLAY gets a screen of its own.
+# A doctest program, or what ARGN chooses of it, on a machine of its own. A program with the property
+# ORVANTA_NEEDS_DISPLAY gets a screen of its own as well.
 function(orvanta_add_doctest NAME LABEL PROGRAM)
   get_target_property(needs_display ${PROGRAM} ORVANTA_NEEDS_DISPLAY)
   set(launcher "${ORVANTA_WITH_MACHINE}")
   if(needs_display)
     list(PREPEND launcher "${CMAKE_SOURCE_DIR}/tests/support/with_display")
   endif()
-  add_test(NAME "${NAME}" COMMAND ${launcher} "$<TARGET_FILE:${PROGRAM}>" ${ARGN})
+  add_test(NAME "${NAME}"
+    COMMAND "${CMAKE_SOURCE_DIR}/tests/support/run_doctest" ${launcher} "$<TARGET_FILE:${PROGRAM}>" ${ARGN})
   set_tests_properties("${NAME}" PROPERTIES
     LABELS "${LABEL}"
     # A filter that matches nothing must not pass for a test.
@@ -39,32 +41,17 @@ function(orvanta_add_doctest NAME LABEL PROGRAM)
     ENVIRONMENT "${ORVANTA_TEST_ENVIRONMENT}")
 endfunction()
 
-# One test per file: for pure functions, which leave nothing behind.
+# One test and one machine per file: starting a machine takes longer than most files.
 function(orvanta_add_doctest_files LABEL PROGRAM)
   foreach(file IN LISTS ARGN)
     get_filename_component(name "${file}" NAME_WE)
     string(REGEX REPLACE "_test$" "" name "${name}")
-    orvanta_add_doctest("${LABEL}.${name}" ${LABEL} ${PROGRAM} "--source-file=*${file}")
+    orvanta_add_doctest("${LABEL}.${name}" ${LABEL} ${PROGRAM} "--source-file=*/${file}")
   endforeach()
 endfunction()
 
-# One test per case, so that every case has a machine that nobody else has touched.
-function(orvanta_add_doctest_cases LABEL PROGRAM)
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ARGN})
-  foreach(file IN LISTS ARGN)
-    get_filename_component(prefix "${file}" NAME_WE)
-    string(REGEX REPLACE "_test$" "" prefix "${prefix}")
-    file(STRINGS "${file}" lines REGEX "^TEST_CASE")
-    foreach(line IN LISTS lines)
-      if(NOT line MATCHES "^TEST_CASE(_FIXTURE\\([A-Za-z]+, |\\()\"([^\",*]+)\"\\)")
-        message(FATAL_ERROR "${file}: name the case on the same line, without quotes, commas and asterisks: ${line}")
-      endif()
-      set(case "${CMAKE_MATCH_2}")
-      orvanta_add_doctest("${LABEL}.${prefix}: ${case}" ${LABEL} ${PROGRAM}
-        "--source-file=*${file}" "--test-case=${case}")
-    endforeach()
-  endforeach()
-endfunction()
+# The COST of a test is its place in the order of a run: the longest first, so that none is still at work when all
+# others have ended. What takes seconds (most of the machine floor) comes last and fills the gaps.
 
 # A file of tests for node's test runner. Node is looked for when the test runs: the build may have been configured
 # before anybody needed it. Such a file runs several machines or pages at a time, so it takes the place of two tests.
@@ -77,6 +64,7 @@ function(orvanta_add_node_tests LABEL TIMEOUT_SECONDS)
     set_tests_properties("${LABEL}.${name}" PROPERTIES
       LABELS "${LABEL}"
       TIMEOUT ${TIMEOUT_SECONDS}
+      COST ${TIMEOUT_SECONDS}
       PROCESSORS 2
       ENVIRONMENT "${ORVANTA_TEST_ENVIRONMENT}")
   endforeach()

@@ -10,14 +10,15 @@ const run = (script, ...args) => spawnSync(fileURLToPath(new URL(`../../${script
 test('help tells floors, names and exit codes', () => {
   const { status, stdout, stderr } = run('test', '--help');
   assert.deepEqual([status, stderr], [0, '']);
-  for (const word of ['./test unit', 'machine, page or journey', './test --list', 'exit code']) {
+  for (const word of ['./test unit', 'machine, page or journey', './test --case', './test --list', 'exit code']) {
     assert.ok(stdout.includes(word), word);
   }
 });
 
 for (const [script, ...args] of [
-  ['test', '--fast'], ['test', ''], ['test', 'unit', '-x'], ['tools/bootstrap', 'nonsense'], ['tests/support/machine', 'make'],
-  ['tests/support/machine', 'fly', '/nowhere'],
+  ['test', '--fast'], ['test', ''], ['test', 'unit', '-x'], ['test', '--case'], ['test', '--case', ''],
+  ['test', '--case', 'no case has this name'], ['tools/bootstrap', 'nonsense'],
+  ['tests/support/machine', 'make'], ['tests/support/machine', 'fly', '/nowhere'],
 ]) {
   test(`${script} ${args.map((arg) => arg || "''").join(' ')} gives one line and exit code 2`, () => {
     const { status, stdout, stderr } = run(script, ...args);

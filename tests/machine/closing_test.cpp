@@ -8,6 +8,7 @@
 #include <aclapi.h>
 #include <tlhelp32.h>
 
+#include "before_each_case.h"
 #include "intercepted_call.h"
 #include "recorded_pauses.h"
 #include "recorded_reports.h"
@@ -48,6 +49,7 @@ HANDLE WINAPI no_snapshot(DWORD /*flags*/, DWORD /*process*/) {
 // Written by the stand-ins below, on the test's thread.
 DWORD g_asked_rights = 0;
 DWORD g_asked_timeout_ms = 0;
+const BeforeEachCase start_anew([] { g_asked_rights = g_asked_timeout_ms = 0; });
 
 HANDLE WINAPI open_and_note(DWORD rights, BOOL inherit, DWORD process) {
     CHECK(inherit == FALSE);

@@ -5,6 +5,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "intercepted_call.h"
 #include "readable.h"
 #include "test_registry.h"
@@ -63,6 +64,7 @@ void check_browser_cleaned(const BrowserKeys& keys) {
 }
 
 REGSAM g_asked_access = 0; // written by open_and_note, on the test's thread
+const BeforeEachCase start_anew([] { g_asked_access = 0; });
 
 LSTATUS WINAPI open_and_note(HKEY root, LPCWSTR path, DWORD options, REGSAM access, HKEY* key) {
     g_asked_access |= access;

@@ -5,6 +5,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "readable.h"
@@ -33,6 +34,7 @@ void set_time(const std::wstring& path, WORD year) {
 }
 
 int g_refused_copies = 0; // written by copy_as_windows_does, on the test's thread
+const BeforeEachCase start_anew([] { g_refused_copies = 0; });
 
 /// Windows, unlike Wine, does not replace a read-only or hidden target.
 BOOL WINAPI copy_as_windows_does(LPCWSTR from, LPCWSTR to, BOOL keep) {
@@ -54,6 +56,10 @@ BOOL WINAPI replacement_denied(LPCWSTR /*from*/, LPCWSTR to, BOOL keep) {
 // Written by the stand-ins below, on the test's thread.
 std::vector<std::wstring> g_copied;
 int g_opened = 0;
+const BeforeEachCase forget_calls([] {
+    g_copied.clear();
+    g_opened = 0;
+});
 
 BOOL WINAPI noted_copy(LPCWSTR from, LPCWSTR to, BOOL keep) {
     g_copied.emplace_back(to);

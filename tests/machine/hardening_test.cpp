@@ -5,6 +5,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "child_roles.h"
 #include "common/quiet_thread.h"
 #include "intercepted_call.h"
@@ -15,6 +16,7 @@ namespace {
 
 // Written by the stand-ins below, on the test's thread.
 std::vector<std::string> g_restrictions;
+const BeforeEachCase start_anew([] { g_restrictions.clear(); });
 
 BOOL WINAPI noted_directories(DWORD flags) {
     g_restrictions.push_back("default directories " + std::to_string(flags));

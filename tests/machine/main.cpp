@@ -1,7 +1,15 @@
 #define DOCTEST_CONFIG_IMPLEMENT
 #include <doctest/doctest.h>
 
+#include "before_each_case.h"
 #include "child_roles.h"
+#include "fresh_machine.h"
+
+namespace {
+
+const BeforeEachCase fresh_machine(make_machine_fresh);
+
+} // namespace
 
 int main(int argument_count, char** arguments) {
     // Some tests start this program again, as the program that installs or is relaunched.

@@ -7,6 +7,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "intercepted_call.h"
 #include "living_blocks.h"
 #include "readable.h"
@@ -64,6 +65,10 @@ class PageWindow {
 };
 
 int g_calls = 0; // of the two stand-ins below, on the test's thread
+const BeforeEachCase start_anew([] {
+    g_received.clear();
+    g_calls = 0;
+});
 
 int WINAPI counted_conversion(UINT /*code_page*/, DWORD /*flags*/, LPCCH /*text*/, int /*size*/,
                               LPWSTR /*wide*/, int /*length*/) {

@@ -5,6 +5,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "common/pause.h"
 #include "console/update_task.h"
 #include "intercepted_call.h"
@@ -17,6 +18,10 @@ namespace {
 // Written by the stand-ins below, on the test's thread.
 std::vector<DWORD> g_timeouts_ms;
 std::wstring g_command_line;
+const BeforeEachCase start_anew([] {
+    g_timeouts_ms.clear();
+    g_command_line.clear();
+});
 
 DWORD WINAPI timed_out(HANDLE /*process*/, DWORD timeout_ms) {
     g_timeouts_ms.push_back(timeout_ms);

@@ -9,7 +9,7 @@
 #include "test_files.h"
 
 TEST_CASE("a quiet thread shows no box for critical errors and programs started from it are as before") {
-    REQUIRE(GetThreadErrorMode() == 0);
+    REQUIRE(SetThreadErrorMode(0, nullptr) != FALSE);
     make_thread_quiet();
     CHECK(GetThreadErrorMode() == (SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
     CHECK(GetErrorMode() == 0);

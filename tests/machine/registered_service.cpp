@@ -14,7 +14,7 @@ const std::wstring install_dir = L"C:\\Program Files\\Brackenfold\\Veyra Linkwar
 } // namespace
 
 void deploy_program(const std::string& behaviour) {
-    copy_file(sample_products() + L"\\VeyraLinkward.exe", program);
+    copy_file(sample_products() + L"\\VeyraLinkward.exe", service_program);
     if (!behaviour.empty()) {
         write_file(install_dir + L"\\VeyraLinkward.behaviour", behaviour + "\n");
     }

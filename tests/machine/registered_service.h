@@ -14,7 +14,8 @@ using Pauses = std::vector<unsigned long>;
 inline constexpr wchar_t service_name[] = L"VeyraLinkward";
 
 /// The service's program, as the service is registered with it.
-inline const std::wstring program = L"C:\\Program Files\\Brackenfold\\Veyra Linkward\\VeyraLinkward.exe";
+inline const std::wstring service_program =
+    L"C:\\Program Files\\Brackenfold\\Veyra Linkward\\VeyraLinkward.exe";
 
 /// Puts the sample service's program in its place, with a line that makes it behave in a special way.
 void deploy_program(const std::string& behaviour = "");

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "before_each_case.h"
 #include "intercepted_call.h"
 #include "readable.h"
 #include "test_registry.h"
@@ -20,6 +21,7 @@ LSTATUS WINAPI no_value_may_be_set(HKEY /*key*/, LPCWSTR /*name*/, DWORD /*reser
 }
 
 REGSAM g_asked_access = 0; // written by open_and_note, on the test's thread
+const BeforeEachCase start_anew([] { g_asked_access = 0; });
 
 LSTATUS WINAPI open_and_note(HKEY root, LPCWSTR path, DWORD options, REGSAM access, HKEY* opened) {
     g_asked_access = access;

@@ -8,6 +8,7 @@
 #include <winternl.h>
 
 #include "app/elevation.h"
+#include "before_each_case.h"
 #include "child_roles.h"
 #include "intercepted_call.h"
 #include "started_program.h"
@@ -37,6 +38,13 @@ BOOL WINAPI checked_execute(SHELLEXECUTEINFOW* execute) {
 
 HANDLE g_waited_for = nullptr;
 DWORD g_waited_ms = 0;
+const BeforeEachCase start_anew([] {
+    g_shell_calls = 0;
+    g_shell_succeeds = false;
+    g_second_instance = nullptr;
+    g_waited_for = nullptr;
+    g_waited_ms = 0;
+});
 
 DWORD WINAPI noted_wait(HANDLE object, DWORD timeout_ms) {
     g_waited_for = object;

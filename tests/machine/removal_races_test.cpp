@@ -11,6 +11,7 @@
 
 #include <winternl.h>
 
+#include "before_each_case.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "readable.h"
@@ -27,6 +28,14 @@ std::wstring g_disguised;
 BY_HANDLE_FILE_INFORMATION g_disguise = {};
 int g_open_folders = 0;
 int g_most_open_folders = 0;
+const BeforeEachCase start_anew([] {
+    g_requests.clear();
+    g_before_opening = nullptr;
+    g_disguised.clear();
+    g_disguise = {};
+    g_open_folders = 0;
+    g_most_open_folders = 0;
+});
 
 std::wstring name_of(HANDLE file) {
     wchar_t path[MAX_PATH] = {};

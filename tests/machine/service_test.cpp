@@ -6,6 +6,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "intercepted_call.h"
 #include "read_service.h"
 #include "recorded_pauses.h"
@@ -29,6 +30,10 @@ DWORD process_of_service() {
 DWORD g_manager_access = 0;
 DWORD g_error = 0;
 std::vector<DWORD> g_config_levels;
+const BeforeEachCase start_anew([] {
+    g_manager_access = 0;
+    g_config_levels.clear();
+});
 
 SC_HANDLE WINAPI manager_refused(LPCWSTR machine, LPCWSTR database, DWORD access) {
     CHECK(machine == nullptr);
@@ -141,7 +146,7 @@ TEST_CASE("a running earlier service is stopped and deleted and created anew") {
     CHECK(states == std::vector<std::wstring>{L"stopped"});
     const std::optional<Service> service = read_service(service_name);
     REQUIRE(service.has_value());
-    CHECK(service->program == program);
+    CHECK(service->program == service_program);
     CHECK(service->display_name == L"Veyra Linkward");
     CHECK(service->start_type == L"automatic");
     CHECK(service->error_control == SERVICE_ERROR_NORMAL);

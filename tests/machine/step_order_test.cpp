@@ -5,6 +5,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "console/uninstall.h"
 #include "intercepted_call.h"
 #include "linkward/native_messaging.h"
@@ -17,6 +18,7 @@ using Steps = std::vector<std::wstring>;
 
 // Written by the stand-ins below, on the test's thread.
 Steps g_steps;
+const BeforeEachCase start_anew([] { g_steps.clear(); });
 
 LSTATUS WINAPI noted_open(HKEY root, LPCWSTR path, DWORD options, REGSAM access, PHKEY key) {
     g_steps.emplace_back(path);

@@ -3,6 +3,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "console/uninstall_entry.h"
 #include "intercepted_call.h"
 #include "linkward/uninstall_entry.h"
@@ -47,6 +48,10 @@ Values console_values(const std::wstring& date) {
 // Written by the stand-ins below, on the test's thread.
 std::vector<std::wstring> g_written_values;
 int g_opened_keys = 0;
+const BeforeEachCase start_anew([] {
+    g_written_values.clear();
+    g_opened_keys = 0;
+});
 
 LSTATUS WINAPI noted_value(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
     g_written_values.emplace_back(name);

@@ -7,6 +7,7 @@
 
 #include "app/modes.h"
 #include "app/webview_host.h"
+#include "before_each_case.h"
 #include "common/install_source.h"
 #include "intercepted_call.h"
 #include "machine_state.h"
@@ -41,6 +42,10 @@ StartedProgram running_browser() {
 // Written by the stand-ins below, on the test's thread.
 const StartedProgram* g_browser = nullptr;
 std::vector<std::string> g_order;
+const BeforeEachCase start_anew([] {
+    g_browser = nullptr;
+    g_order.clear();
+});
 
 BOOL WINAPI noted_command(LPCWSTR program, LPWSTR command_line, LPSECURITY_ATTRIBUTES process,
                           LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags, LPVOID environment,

@@ -6,6 +6,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "before_each_case.h"
 #include "common/install_source.h"
 #include "intercepted_call.h"
 #include "posted_texts.h"
@@ -88,6 +89,7 @@ void put_browser(const std::wstring& path) {
 
 // How many browsers were stored whenever a text was posted, on the test's thread.
 std::vector<size_t> g_browsers_at_post;
+const BeforeEachCase start_anew([] { g_browsers_at_post.clear(); });
 
 /// The user's next choice must not reach a run that has begun.
 BOOL WINAPI flipping_post(HWND window, UINT message, WPARAM wide, LPARAM text) {
@@ -224,7 +226,7 @@ TEST_CASE("the threads of both runs are quiet ones") {
     RecordedPauses pauses;
     g_install_console = false;
     g_install_linkward = false;
-    REQUIRE(GetThreadErrorMode() == 0);
+    REQUIRE(SetThreadErrorMode(0, nullptr) != FALSE);
     for (const LPTHREAD_START_ROUTINE run : {install_thread_proc, uninstall_thread_proc}) {
         std::set_terminate(someone_elses_handler);
         g_modes_at_post.clear();

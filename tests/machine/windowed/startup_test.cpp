@@ -7,6 +7,7 @@
 
 #include <shellapi.h>
 
+#include "before_each_case.h"
 #include "common/install_source.h"
 #include "intercepted_call.h"
 #include "readable.h"
@@ -21,6 +22,10 @@ using Steps = std::vector<std::wstring>;
 Steps g_steps;
 bool g_is_administrator = true;
 std::wstring g_command_line;
+const BeforeEachCase start_anew([] {
+    g_steps.clear();
+    g_is_administrator = true;
+});
 
 BOOL WINAPI noted_hardening(DWORD /*flags*/) {
     g_steps.emplace_back(L"hardened");

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/webview_host.h"
+#include "before_each_case.h"
 #include "intercepted_call.h"
 #include "readable.h"
 #include "shown_window.h"
@@ -36,6 +37,10 @@ struct Placing {
     UINT flags;
 };
 std::vector<Placing> g_placings;
+const BeforeEachCase start_anew([] {
+    g_icon_name.clear();
+    g_placings.clear();
+});
 
 HICON WINAPI noted_icon(HINSTANCE instance, LPCWSTR name) {
     CHECK(instance == GetModuleHandleW(nullptr));
