@@ -148,7 +148,8 @@ TEST_CASE("a policy that is no text is none and the next name is asked") {
     const auto fixed = Machine::place_runtime(L"fixed");
     Machine::register_for_machine(installed);
     const std::wstring name = name_of_program();
-    for (const DWORD type : {REG_DWORD, REG_BINARY, REG_MULTI_SZ, REG_NONE, REG_QWORD}) {
+    const DWORD types[] = {REG_DWORD, REG_BINARY, REG_MULTI_SZ, REG_NONE, REG_QWORD};
+    for (const DWORD type : types) {
         CAPTURE(type);
         set_policy(L"BrowserExecutableFolder", name.c_str(), Machine::folder() + L"\\nothing", type);
         set_policy(L"UserDataFolder", name.c_str(), L"C:\\policy", type);
