@@ -10,6 +10,7 @@
 
 #include <winternl.h>
 
+#include "before_each_case.h"
 #include "common/owned.h"
 #include "intercepted_call.h"
 #include "pending_lists.h"
@@ -29,6 +30,11 @@ const std::wstring before = list_of({L"\\??\\C:\\Our suite\\FWC\\a.exe", L"", L"
 std::function<void()> g_after_read;
 std::function<void()> g_after_write;
 Steps g_steps;
+const BeforeEachCase start_anew([] {
+    g_after_read = nullptr;
+    g_after_write = nullptr;
+    g_steps.clear();
+});
 
 void take_turn(std::function<void()>& turn) {
     // The other program's own calls come by here, too.
