@@ -6,7 +6,7 @@
 #include <tlhelp32.h>
 
 #include "common/owned.h"
-#include "common/program_path.h"
+#include "common/system_places.h"
 
 namespace {
 

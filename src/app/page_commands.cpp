@@ -7,8 +7,8 @@
 #include "common/owned.h"
 #include "common/text.h"
 #include "runs/install_run.h"
-#include "runs/progress.h"
 #include "runs/uninstall_run.h"
+#include "ui/page_channel.h"
 #include "ui/protocol.h"
 
 namespace {

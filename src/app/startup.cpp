@@ -4,9 +4,9 @@
 #include "app/elevation.h"
 #include "app/modes.h"
 #include "app/process_hardening.h"
-#include "common/install_source.h"
-#include "common/program_path.h"
+#include "common/installation_medium.h"
 #include "common/quiet_thread.h"
+#include "common/system_places.h"
 
 int run_installer(HINSTANCE instance) noexcept {
     restrict_search_paths();

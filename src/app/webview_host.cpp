@@ -2,7 +2,6 @@
 
 #include "app/event_handler.h"
 #include "app/page_commands.h"
-#include "app/window.h"
 #include "ui/page_text.h"
 #include "ui/protocol.h"
 

@@ -4,7 +4,8 @@
 #include <string>
 
 #include "app/webview_host.h"
-#include "runs/progress.h"
+#include "ui/page_channel.h"
+#include "ui/page_text.h"
 
 namespace {
 

@@ -9,15 +9,6 @@ inline constexpr int client_height = 640;
 /// A title bar with close and minimise buttons; neither a sizing border nor a maximise button.
 inline constexpr DWORD main_window_style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
 
-struct OpaqueColor {
-    BYTE red;
-    BYTE green;
-    BYTE blue;
-};
-
-/// Background of the window and of the control before the page is drawn; the page's own background.
-inline constexpr OpaqueColor background_color = {8, 12, 20};
-
 /// Size of the whole window whose client area has the fixed size at a DPI.
 SIZE main_window_size(UINT dpi);
 

@@ -11,7 +11,7 @@
 #include "common/files.h"
 #include "common/paths.h"
 #include "common/registry.h"
-#include "common/shell_folder.h"
+#include "common/system_places.h"
 
 namespace {
 

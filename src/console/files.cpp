@@ -2,15 +2,13 @@
 
 #include <string>
 
-#include "common/console_files.h"
 #include "common/file_error.h"
 #include "common/files.h"
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "common/paths.h"
 #include "common/pending_operations.h"
-#include "common/program_path.h"
+#include "common/system_places.h"
 #include "common/text.h"
-#include "console/location.h"
 #include "console/product.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "common/pending_operations.h"
 #include "console/files.h"
-#include "console/location.h"
+#include "console/product.h"
 #include "console/shortcut.h"
 #include "console/uninstall_entry.h"
 #include "console/update_task.h"

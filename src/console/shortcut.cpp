@@ -8,10 +8,9 @@
 #include <shlobj.h>
 
 #include "common/com_ptr.h"
-#include "common/console_files.h"
+#include "common/installation_medium.h"
 #include "common/paths.h"
-#include "common/shell_folder.h"
-#include "console/location.h"
+#include "common/system_places.h"
 #include "console/product.h"
 
 namespace {

@@ -1,10 +1,9 @@
 #include "console/uninstall_entry.h"
 
-#include "common/console_files.h"
+#include "common/installation_medium.h"
 #include "common/paths.h"
 #include "common/product_config.h"
 #include "common/registry.h"
-#include "console/location.h"
 #include "console/product.h"
 
 namespace {

@@ -2,7 +2,6 @@
 
 #include "common/paths.h"
 #include "common/process.h"
-#include "console/location.h"
 #include "console/product.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "common/paths.h"
 #include "common/product_config.h"
 #include "common/registry.h"
-#include "common/shell_folder.h"
+#include "common/system_places.h"
 #include "linkward/product.h"
 
 namespace {

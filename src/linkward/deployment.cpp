@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <string>
 
-#include "common/console_files.h"
 #include "common/file_identity.h"
 #include "common/files.h"
+#include "common/installation_medium.h"
 #include "common/paths.h"
 #include "common/pending_operations.h"
-#include "common/program_path.h"
+#include "common/system_places.h"
 #include "common/text.h"
 #include "linkward/locations.h"
 

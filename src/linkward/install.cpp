@@ -1,6 +1,6 @@
 #include "linkward/install.h"
 
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "common/pending_operations.h"
 #include "linkward/deployment.h"
 #include "linkward/locations.h"

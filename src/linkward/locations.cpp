@@ -1,7 +1,7 @@
 #include "linkward/locations.h"
 
 #include "common/paths.h"
-#include "common/shell_folder.h"
+#include "common/system_places.h"
 
 std::wstring linkward_install_dir() {
     return join_path(program_files_dir(), L"Brackenfold\\Veyra Linkward");

@@ -9,6 +9,7 @@
 #include "console/install.h"
 #include "linkward/install.h"
 #include "runs/progress.h"
+#include "ui/page_channel.h"
 #include "ui/protocol.h"
 
 bool g_install_console = false;

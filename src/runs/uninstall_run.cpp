@@ -5,6 +5,7 @@
 #include "console/uninstall.h"
 #include "linkward/uninstall.h"
 #include "runs/progress.h"
+#include "ui/page_channel.h"
 #include "ui/protocol.h"
 
 DWORD WINAPI uninstall_thread_proc(void* /*unused*/) noexcept {

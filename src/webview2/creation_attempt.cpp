@@ -6,24 +6,29 @@
 
 #include <utility>
 
+namespace {
+
+/// A reference of our own to an object of the caller's, which may be null.
+template<typename Interface>
+ComPtr<Interface> shared(Interface* object) {
+    ComPtr<Interface> reference;
+    if (object != nullptr) {
+        object->AddRef();
+        reference.reset(object);
+    }
+    return reference;
+}
+
+} // namespace
+
 CreationAttempt::CreationAttempt(PCWSTR browser_executable_folder, PCWSTR user_data_folder, IUnknown* options,
                                  ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler* handler)
-    : browser_executable_folder_(browser_executable_folder == nullptr ? L"" : browser_executable_folder),
-      options_(options), handler_(handler) {
+    : ComObject(IID_ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler),
+      browser_executable_folder_(browser_executable_folder == nullptr ? L"" : browser_executable_folder),
+      options_(shared(options)), handler_(shared(handler)) {
     if (user_data_folder != nullptr) {
         user_data_folder_ = user_data_folder;
     }
-    if (options_ != nullptr) {
-        options_->AddRef();
-    }
-    handler_->AddRef();
-}
-
-CreationAttempt::~CreationAttempt() {
-    if (options_ != nullptr) {
-        options_->Release();
-    }
-    handler_->Release();
 }
 
 HRESULT CreationAttempt::start() {
@@ -55,9 +60,9 @@ HRESULT CreationAttempt::find_and_call() {
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
     }
     // A null folder stays null: the runtime then chooses its own.
-    return create_environment_with(dll,
-                                   fixed_folder.empty() ? RuntimeType::installed : RuntimeType::fixed_folder,
-                                   user_data_folder ? user_data_folder->c_str() : nullptr, options_, this);
+    return create_environment_with(
+        dll, fixed_folder.empty() ? RuntimeType::installed : RuntimeType::fixed_folder,
+        user_data_folder ? user_data_folder->c_str() : nullptr, options_.get(), this);
 }
 
 HRESULT CreationAttempt::Invoke(HRESULT result, ICoreWebView2Environment* environment) noexcept {
@@ -74,39 +79,10 @@ HRESULT CreationAttempt::Invoke(HRESULT result, ICoreWebView2Environment* enviro
 
 /// Asks for the interface by its id rather than trusting the pointer, as Microsoft's loader does.
 void CreationAttempt::deliver(HRESULT result, ICoreWebView2Environment* environment) {
-    void* asked = nullptr;
+    ComPtr<ICoreWebView2Environment> asked;
     if (environment != nullptr) {
-        result = environment->QueryInterface(IID_ICoreWebView2Environment, &asked);
+        result = environment->QueryInterface(IID_ICoreWebView2Environment, asked.out_void());
     }
-    auto* const handed_over = static_cast<ICoreWebView2Environment*>(asked);
     // What the program's handler returns means nothing to the runtime.
-    handler_->Invoke(result, handed_over);
-    if (handed_over != nullptr) {
-        handed_over->Release();
-    }
-}
-
-HRESULT CreationAttempt::QueryInterface(REFIID iid, void** object) {
-    if (object == nullptr) {
-        return E_POINTER;
-    }
-    *object = nullptr;
-    if (iid != IID_IUnknown && iid != IID_ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler) {
-        return E_NOINTERFACE;
-    }
-    *object = static_cast<ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler*>(this);
-    AddRef();
-    return S_OK;
-}
-
-ULONG CreationAttempt::AddRef() {
-    return ++references_;
-}
-
-ULONG CreationAttempt::Release() {
-    const ULONG left = --references_;
-    if (left == 0) {
-        delete this;
-    }
-    return left;
+    handler_->Invoke(result, asked.get());
 }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "common/com_object.h"
+#include "common/com_ptr.h"
 #include "webview2/event_interfaces.h"
 
-#include <atomic>
 #include <optional>
 #include <string>
 
@@ -10,33 +11,26 @@
 /// failed start can be tried once more: an update that replaces the runtime just then is over the next
 /// time. A refusal and a failure that is told later do not use up each other's second try. Lives until the
 /// runtime lets go of it.
-class CreationAttempt final : public ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler {
+class CreationAttempt final
+    : public ComObject<CreationAttempt, ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler> {
   public:
     /// Texts and options may be null. Keeps a reference to options and handler.
     CreationAttempt(PCWSTR browser_executable_folder, PCWSTR user_data_folder, IUnknown* options,
                     ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler* handler);
-    CreationAttempt(const CreationAttempt&) = delete;
-    CreationAttempt& operator=(const CreationAttempt&) = delete;
 
     /// Finds, loads and calls the runtime; at once a second time when that fails. Returns whether the
     /// creation has begun; only then is the caller's handler called, now or later.
     HRESULT start();
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE Invoke(HRESULT result, ICoreWebView2Environment* environment) noexcept override;
 
   private:
-    // Reached through Release only; the interface has no virtual destructor.
-    ~CreationAttempt();
     HRESULT find_and_call();
     void deliver(HRESULT result, ICoreWebView2Environment* environment);
 
     std::wstring browser_executable_folder_;
     std::optional<std::wstring> user_data_folder_;
-    IUnknown* options_;
-    ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler* handler_;
+    ComPtr<IUnknown> options_;
+    ComPtr<ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler> handler_;
     bool may_retry_ = true; // after a failure that the runtime has told
-    std::atomic<ULONG> references_ = 1;
 };

@@ -2,16 +2,7 @@
 
 #include "webview2/creation_attempt.h"
 
-#include <memory>
 #include <new>
-
-namespace {
-
-struct ReleaseReference {
-    void operator()(CreationAttempt* attempt) const { attempt->Release(); }
-};
-
-} // namespace
 
 // NOLINTBEGIN(readability-identifier-naming): Microsoft's signature, to the letter.
 
@@ -24,9 +15,10 @@ HRESULT STDAPICALLTYPE CreateCoreWebView2EnvironmentWithOptions(
     }
     try {
         // The options' interface is not declared here; like every interface it begins with IUnknown.
-        const std::unique_ptr<CreationAttempt, ReleaseReference> attempt(
-            new CreationAttempt(browserExecutableFolder, userDataFolder,
-                                reinterpret_cast<IUnknown*>(environmentOptions), environmentCreatedHandler));
+        ComPtr<CreationAttempt> attempt;
+        attempt.reset(new CreationAttempt(browserExecutableFolder, userDataFolder,
+                                          reinterpret_cast<IUnknown*>(environmentOptions),
+                                          environmentCreatedHandler));
         return attempt->start();
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/owned.h"
+
 namespace {
 
 // A value that keeps growing between two reads is given up.
@@ -37,13 +39,11 @@ std::optional<StoredText> text_of_value(HKEY key, const wchar_t* name) {
 }
 
 std::optional<StoredText> read_stored_text(HKEY root, const wchar_t* path, REGSAM view, const wchar_t* name) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(root, path, 0, KEY_READ | view, &key) != ERROR_SUCCESS) {
+    OwnedKey key;
+    if (RegOpenKeyExW(root, path, 0, KEY_READ | view, key.out()) != ERROR_SUCCESS) {
         return std::nullopt;
     }
-    std::optional<StoredText> stored = text_of_value(key, name);
-    RegCloseKey(key);
-    return stored;
+    return text_of_value(key.get(), name);
 }
 
 std::wstring expanded(const std::wstring& text) {

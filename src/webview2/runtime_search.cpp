@@ -1,5 +1,6 @@
 #include "webview2/runtime_search.h"
 
+#include "common/owned.h"
 #include "webview2/host_program.h"
 #include "webview2/registry_text.h"
 #include "webview2/runtime_version.h"
@@ -21,14 +22,9 @@ constexpr const wchar_t* dll_in_version_folder = L"\\EBWebView\\x86\\EmbeddedBro
 
 /// Whether the file is there and this process may load it.
 bool is_loadable_file(const std::wstring& path) {
-    HANDLE file = CreateFileW(path.c_str(), FILE_READ_DATA | FILE_EXECUTE | SYNCHRONIZE,
-                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                              FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    CloseHandle(file);
-    return true;
+    return static_cast<bool>(OwnedFile(CreateFileW(path.c_str(), FILE_READ_DATA | FILE_EXECUTE | SYNCHRONIZE,
+                                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                                   nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)));
 }
 
 std::wstring runtime_dll_below(std::wstring folder) {

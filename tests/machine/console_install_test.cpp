@@ -8,7 +8,7 @@
 #include <objbase.h>
 #include <shlobj.h>
 
-#include "console/location.h"
+#include "console/product.h"
 #include "console_installation.h"
 #include "intercepted_call.h"
 #include "read_shortcut.h"

@@ -1,6 +1,6 @@
 #include "console_installation.h"
 
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "common/text.h"
 #include "console/install.h"
 #include "file_error_text.h"

@@ -6,7 +6,7 @@
 #include <vector>
 #include <windows.h>
 
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "read_service.h"

@@ -6,7 +6,7 @@
 #include <windows.h>
 
 #include "child_roles.h"
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "intercepted_call.h"
 #include "linkward/install.h"
 #include "machine_state.h"

@@ -1,5 +1,7 @@
 #include "runs/progress.h"
 
+#include "ui/page_channel.h"
+
 #include <doctest/doctest.h>
 #include <memory>
 #include <string>

@@ -5,7 +5,7 @@
 #include <string>
 #include <windows.h>
 
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "console/install.h"
 #include "intercepted_call.h"
 #include "linkward/install.h"

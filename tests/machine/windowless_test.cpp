@@ -8,16 +8,17 @@
 #include "app/modes.h"
 #include "app/webview_host.h"
 #include "before_each_case.h"
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "intercepted_call.h"
 #include "machine_state.h"
 #include "recorded_pauses.h"
 #include "refused_calls.h"
-#include "runs/progress.h"
+#include "runs/windowless_runs.h"
 #include "started_program.h"
 #include "stopped_service.h"
 #include "test_files.h"
 #include "test_registry.h"
+#include "ui/page_channel.h"
 
 namespace {
 

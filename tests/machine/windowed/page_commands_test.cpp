@@ -13,8 +13,8 @@
 #include "posted_texts.h"
 #include "readable.h"
 #include "runs/install_run.h"
-#include "runs/progress.h"
 #include "runs/uninstall_run.h"
+#include "ui/page_channel.h"
 
 namespace {
 

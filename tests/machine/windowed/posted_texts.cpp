@@ -3,7 +3,7 @@
 #include <doctest/doctest.h>
 #include <memory>
 
-#include "runs/progress.h"
+#include "ui/page_channel.h"
 
 namespace {
 

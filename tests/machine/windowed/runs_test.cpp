@@ -7,15 +7,15 @@
 #include <windows.h>
 
 #include "before_each_case.h"
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "intercepted_call.h"
 #include "posted_texts.h"
 #include "readable.h"
 #include "recorded_pauses.h"
-#include "runs/progress.h"
 #include "runs/uninstall_run.h"
 #include "stopped_service.h"
 #include "test_files.h"
+#include "ui/page_channel.h"
 
 namespace {
 

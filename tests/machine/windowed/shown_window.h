@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/window.h"
-#include "runs/progress.h"
+#include "ui/page_channel.h"
 
 /// The installer window, shown; destroyed at the end of the test.
 struct ShownWindow {

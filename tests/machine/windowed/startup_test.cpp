@@ -8,11 +8,11 @@
 #include <shellapi.h>
 
 #include "before_each_case.h"
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 #include "intercepted_call.h"
 #include "readable.h"
-#include "runs/progress.h"
 #include "test_files.h"
+#include "ui/page_channel.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include "living_blocks.h"
 #include "recorded_webview.h"
-#include "runs/progress.h"
 #include "shown_window.h"
+#include "ui/page_channel.h"
 #include "ui/page_text.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // What travels between the stand-in runtime and this bridge; the other half is
-// runtime/wire.h: 4 bytes length of what follows, 1 byte kind, then the fields.
+// runtime/wire.h (a test compares the numbers): 4 bytes length of what follows, 1 byte kind, then the fields.
 // Numbers are 32-bit, least byte first; a text is its length in bytes, then
 // UTF-16, so that every text of either side arrives as it was.
 

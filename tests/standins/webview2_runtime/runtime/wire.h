@@ -6,7 +6,7 @@
 
 // What travels between the stand-in and its bridge: 4 bytes length of what follows, 1 byte kind, then the
 // fields of that kind. Numbers are 32-bit, least byte first; a text is its length in bytes, then UTF-16.
-// The bridge's half of this list is bridge/wire.mjs.
+// The bridge's half of this list is bridge/wire.mjs; a test compares them.
 
 enum class FromProgram : std::uint8_t {
     hello = 1,             // process id, which create call, client type, user data folder, EXE

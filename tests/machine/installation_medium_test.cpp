@@ -1,6 +1,6 @@
 // Where the product files come from, and other places that the system names.
 
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 
 #include <algorithm>
 #include <doctest/doctest.h>
@@ -9,8 +9,7 @@
 
 #include <shlobj.h>
 
-#include "common/program_path.h"
-#include "common/shell_folder.h"
+#include "common/system_places.h"
 #include "console/install.h"
 #include "intercepted_call.h"
 #include "linkward/install.h"

@@ -1,4 +1,4 @@
-#include "common/install_source.h"
+#include "common/installation_medium.h"
 
 std::wstring& g_source_dir = *new std::wstring;
 
