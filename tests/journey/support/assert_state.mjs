@@ -18,8 +18,7 @@ const consoleShortcut = ({ user }) => ({
   working_folder: expected.consoleFolder,
 });
 
-function assertConsole(machine, report, files = expected.consoleFiles) {
-  assert.deepEqual(filesOf(report, 'FWC'), files);
+function assertConsoleRegistered(machine, report) {
   const entry = entryOf(report, 'FortwrightConsole');
   const date = entry.values.find(([name]) => name === 'InstallDate')[2];
   assert.match(date, /^20\d{6}$/);
@@ -28,12 +27,21 @@ function assertConsole(machine, report, files = expected.consoleFiles) {
   assert.deepEqual(report.shortcut, consoleShortcut(machine));
 }
 
-function assertLinkward(report) {
-  assert.deepEqual(filesOf(report, 'Veyra Linkward'), expected.linkwardFiles);
-  assert.deepEqual(expected.filesBelow(report, expected.programData), expected.dataFiles);
+function assertLinkwardRegistered(report) {
   assert.deepEqual(entryOf(report, 'VeyraLinkward'), expected.linkwardEntry);
   assert.deepEqual(expected.shortKeys(report.hosts), expected.hosts);
   assert.equal(report.service.program, `${expected.linkwardFolder}\\VeyraLinkward.exe`);
+}
+
+function assertConsole(machine, report, files = expected.consoleFiles) {
+  assert.deepEqual(filesOf(report, 'FWC'), files);
+  assertConsoleRegistered(machine, report);
+}
+
+function assertLinkward(report) {
+  assert.deepEqual(filesOf(report, 'Veyra Linkward'), expected.linkwardFiles);
+  assert.deepEqual(expected.filesBelow(report, expected.programData), expected.dataFiles);
+  assertLinkwardRegistered(report);
   assert.equal(report.service.state, 'running');
 }
 
@@ -75,4 +83,27 @@ export async function assertNothingInstalled(machine) {
   const report = await machine.report();
   assert.equal(report.empty, true, JSON.stringify(report));
   return report;
+}
+
+/**
+ * All that an installation leaves besides its files. `hasConsole` when the console is one of the products; undefined
+ * when that is not asked.
+ */
+export async function assertRegistered(machine, { hasConsole, serviceRuns }) {
+  const report = await machine.report();
+  assertLinkwardRegistered(report);
+  assert.equal(report.service.state, serviceRuns ? 'running' : 'stopped');
+  if (hasConsole) {
+    assertConsoleRegistered(machine, report);
+  } else if (hasConsole === false) {
+    assert.deepEqual([report.task, report.shortcut], [null, null]);
+  }
+  assertNothingElse(report, hasConsole === undefined ? report.uninstall.length : Number(hasConsole) + 1);
+}
+
+/** Nothing of what an installation leaves besides its files, and nothing that waits for a restart. */
+export async function assertNothingRegistered(machine) {
+  const { uninstall, hosts, policies, service, task, shortcut, pending } = await machine.report();
+  assert.deepEqual({ uninstall, hosts, policies, service, task, shortcut, pending },
+    { uninstall: [], hosts: [], policies: [], service: null, task: null, shortcut: null, pending: [] });
 }
