@@ -116,3 +116,7 @@ export function differences(actual, expected) {
       .map(([path, what]) => `other: ${path} (${there.get(path)} instead of ${what})`),
   ].sort();
 }
+
+/** The same for names and bytes alone, whatever the attributes. */
+export const contentDifferences = (actual, expected) =>
+  differences(...[actual, expected].map((tree) => copyOf(tree, { readOnly: false })));
