@@ -139,6 +139,23 @@ TEST_CASE("a second registration overwrites longer manifests and other values an
     CHECK(values_of(firefox_parent + host) == Values{{L"", REG_SZ, firefox_file}, {L"Own", REG_SZ, L"kept"}});
 }
 
+TEST_CASE("manifests that another program has open for reading and writing are rewritten all the same") {
+    write_file(chromium_file, "an older one");
+    write_file(firefox_file, "an older one");
+    const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE;
+    const OwnedFile chromium(CreateFileW(chromium_file.c_str(), GENERIC_READ | GENERIC_WRITE, share, nullptr,
+                                         OPEN_EXISTING, 0, nullptr));
+    const OwnedFile firefox(
+        CreateFileW(firefox_file.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
+    REQUIRE(chromium);
+    REQUIRE(firefox);
+    CHECK(register_hosts() == registered);
+    for (HANDLE file : {chromium.get(), firefox.get()}) {
+        const std::string& expected = file == firefox.get() ? firefox_bytes : chromium_bytes;
+        CHECK(GetFileSize(file, nullptr) == expected.size());
+    }
+}
+
 TEST_CASE("what cannot be written is passed over in silence") {
     {
         {
