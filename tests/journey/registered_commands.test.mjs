@@ -48,7 +48,7 @@ describe('from Add/Remove Programs', { concurrency: 3 }, () => {
     await program.press('Close');
     assert.deepEqual(await ended, { code: 0, stdout: '', stderr: '' });
     assert.deepEqual(conversation(program),
-      [...said.removal({ linkward: 'Files marked for removal on reboot' }), said.closeRequest]);
+      [...said.removal({ linkward: said.filesLeftForReboot.linkward }), said.closeRequest]);
     assert.deepEqual(program.troubles(), []);
     assert.deepEqual((await assertOnlyCopyPending(machine)).uninstall, []);
   });

@@ -76,10 +76,7 @@ describe('in the window', { concurrency: 3 }, () => {
     await startInstallation(program);
     await closeInstaller(installation);
     assert.deepEqual(conversation(program), [
-      said.installRequest(true, false),
-      ...said.browsersClosed(),
-      ...said.consoleInstalled(90),
-      ...said.completeWithoutLinkward,
+      ...said.installed(true, false),
       said.closeRequest,
     ]);
     assert.deepEqual(await machine.launches(0), []);
@@ -96,10 +93,7 @@ describe('in the window', { concurrency: 3 }, () => {
     await program.press('Open Firefox Add-ons');
     await closeInstaller(installation);
     assert.deepEqual(conversation(program), [
-      said.installRequest(false, true),
-      ...said.browsersClosed(),
-      ...said.linkwardInstalled,
-      said.browsersDetected([]),
+      ...said.installed(false, true),
       ...said.amoOpened,
       said.closeRequest,
     ]);
@@ -138,12 +132,7 @@ describe('in the window', { concurrency: 3 }, () => {
     // Only the reason is in the system's own words.
     const failure = texts[5][1].replace(/(copy_file: ).*?( \[)/, '$1$2');
     assert.deepEqual([...texts.slice(0, 5), said.program(failure), ...texts.slice(6)], [
-      said.installRequest(true, true),
-      ...said.browsersClosed(),
-      ...said.consoleMissing(40, 'Failed to copy Fortwright.exe: filesystem error: copy_file:  '
-        + '[C:\\\\Browsers\\\\Fortwright.exe] [C:\\\\Program Files\\\\Brackenfold\\\\FWC\\\\Fortwright.exe]'),
-      ...said.linkwardInstalledFromNothing,
-      said.browsersDetected([]),
+      ...said.installed(true, true, { missing: { source: 'C:\\Browsers', reason: '' } }),
       said.closeRequest,
     ]);
     const report = await machine.report();

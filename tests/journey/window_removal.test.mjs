@@ -96,7 +96,7 @@ describe('in the window', { concurrency: 3 }, () => {
     const removal = await openInstaller(t, surroundings, machine, { options: ['--uninstall-gui'] });
     await confirmAndClose(removal);
     assert.deepEqual(conversation(removal.program),
-      [...said.removal({ console: 'FWC files marked for removal on reboot' }), said.closeRequest]);
+      [...said.removal({ console: said.filesLeftForReboot.console }), said.closeRequest]);
     const report = await machine.report();
     assert.deepEqual(report.pending, [{ from: `${expected.consoleFolder}\\Fortwright.exe`, to: '' }]);
     assert.deepEqual(expected.filesBelow(report, expected.programFiles), ['FWC\\Fortwright.exe']);

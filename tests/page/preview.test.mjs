@@ -7,6 +7,8 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import { fileURLToPath, pathToFileURL } from 'node:url';
+import * as said from '../journey/support/expected_messages.mjs';
+import { simulatedAnswers } from '../support/simulated_program.mjs';
 import { launchChromium, pageText } from './support/installer_page.mjs';
 
 const tool = fileURLToPath(new URL('../../tools/page/preview.mjs', import.meta.url));
@@ -63,7 +65,7 @@ async function wait(ms) {
 
 describe('preview', () => {
   test('consists of files, and shows the page as the program carries it', async () => {
-    assert.deepEqual(readdirSync(folder).sort(), ['page.html', 'page.js', 'preview.html', 'simulated_host.js']);
+    assert.deepEqual(readdirSync(folder).sort(), ['page.html', 'page.js', 'preview.html', 'program_messages.js', 'simulated_host.js']);
     assert.equal(readFileSync(join(folder, 'page.html'), 'utf8'), pageText);
     await open('browsers=3');
     assert.equal(await page.evaluate('installerPage'), pageText);
@@ -102,7 +104,7 @@ describe('preview', () => {
       assert.deepEqual(lines.slice(-3),
         ['> {"action":"amo_opened"}', '< {"action":"close"}', 'The program would close its window now.']);
       assert.deepEqual(requests.map((url) => url.replace(/.*\//, '').replace(/\?.*/, '')),
-        ['preview.html', 'page.js', 'simulated_host.js']);
+        ['preview.html', 'page.js', 'program_messages.js', 'simulated_host.js']);
     });
   }
 
@@ -132,10 +134,9 @@ describe('preview', () => {
     await press('#s-close-browsers .btn-primary');
     await wait(2000);
     assert.equal(await frame.evaluate("document.getElementById('browser-counter').textContent"), 'Browser 1 of 1');
-    const lines = await log();
-    assert.equal(lines[0], '< {"action":"install","fwc":false,"lw":true}');
-    assert.ok(lines.some((line) => line.includes('"ok":false')));
-    assert.ok(!lines.some((line) => line.includes('"ok":true') || line.includes('Fortwright')));
+    const arrow = { page: '<', program: '>' };
+    assert.deepEqual(await log(), said.installed(false, true, { browsers: ['Microsoft Edge'], missing: {} })
+      .map(([from, text]) => `${arrow[from]} ${text}`));
   });
 
   test('simulates no message that the program does not know', async () => {
@@ -157,6 +158,39 @@ describe('preview', () => {
     for (const text of texts.filter((t) => t.startsWith('{"action":"status"') || /^\{"action":"\w+"\}$/.test(t))) {
       assert.ok(protocol.includes(`R"(${text})"`), `the program does not know ${text}`);
     }
+  });
+});
+
+describe('the simulated program', () => {
+  // The journeys compare the same texts with what the program says on a machine.
+  const catalogue = ['Microsoft Edge', 'Google Chrome', 'Brave', 'Vivaldi', 'Opera', 'Opera GX'];
+  const missing = { source: 'C:\\Users\\User\\Downloads', reason: 'The system cannot find the file specified.' };
+  const expected = [];
+  for (const failing of [false, true]) {
+    for (const browsers of [0, 1, 6]) {
+      for (const [fwc, lw] of [[true, true], [true, false], [false, true], [false, false]]) {
+        expected.push([{ failing, browsers },
+          said.installed(fwc, lw, { browsers: catalogue.slice(0, browsers), missing: failing ? missing : undefined })]);
+      }
+    }
+    expected.push([{ failing }, said.removal(failing ? said.filesLeftForReboot : {})]);
+  }
+  expected.push([{ browsers: 1 }, said.storeOpened(0)], [{ browsers: 0 }, said.storeOpened(7)], [{}, said.amoOpened],
+    [{}, [said.closeRequest]]);
+
+  for (const [settings, conversation] of expected) {
+    const [[, request]] = conversation;
+    test(`says what the program says: ${request} ${JSON.stringify(settings)}`, async () => {
+      assert.deepEqual(await simulatedAnswers([request], settings), conversation.slice(1).map(([, text]) => text));
+    });
+  }
+
+  test('has no report text of its own', () => {
+    const own = readFileSync(new URL('../../tools/page/simulated_host.js', import.meta.url), 'utf8');
+    const texts = expected.flatMap(([, conversation]) => conversation.slice(1))
+      .map(([, text]) => JSON.parse(text)).flatMap(({ step, text }) => [step, text].filter(Boolean));
+    assert.ok(new Set(texts).size >= 30, `${new Set(texts).size} texts`);
+    assert.deepEqual(texts.filter((text) => own.includes(text)), []);
   });
 });
 

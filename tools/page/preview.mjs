@@ -35,7 +35,7 @@ function writePreview(folder) {
   joinPage(html);
   // A file may not read its neighbours, but may load them as scripts.
   writeFileSync(join(folder, 'page.js'), `const installerPage = ${JSON.stringify(readFileSync(html, 'utf8'))};\n`);
-  for (const name of ['preview.html', 'simulated_host.js']) {
+  for (const name of ['preview.html', 'program_messages.js', 'simulated_host.js']) {
     copyFileSync(new URL(name, import.meta.url), join(folder, name));
   }
 }

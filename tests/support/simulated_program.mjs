@@ -1,0 +1,23 @@
+// The preview's simulated program and the messages that it plays, for node. The preview has them as plain scripts,
+// because a page that is a file may load nothing else.
+
+import { readFileSync } from 'node:fs';
+
+const script = (name) => readFileSync(new URL(`../../tools/page/${name}`, import.meta.url), 'utf8');
+
+export const { programMessages, createSimulatedHost } = new Function(
+  `${script('program_messages.js')}\n${script('simulated_host.js')}\nreturn { programMessages, createSimulatedHost };`)();
+
+/** What the simulated program answers to `requests`, one after the other, as texts. Settings: see createSimulatedHost. */
+export async function simulatedAnswers(requests, settings = {}) {
+  const answers = [];
+  const host = createSimulatedHost({ browsers: 0, pause: 0, failing: false, ...settings }, (direction, text) => {
+    if (direction === 'in') answers.push(text);
+  });
+  for (const request of requests) {
+    host.webview.postMessage(request);
+    // Behind all that the request has set going: timers of one delay end in their order.
+    await new Promise((resolve) => { setTimeout(resolve, 0); });
+  }
+  return answers;
+}
