@@ -81,7 +81,7 @@ test('help says what can be done', (t) => {
   const tree = makeTree(t);
   const help = tree.run(['--help']);
   assert.deepEqual([help.status, help.stderr], [0, '']);
-  for (const word of ['./run -- --silent', './run -- --uninstall', './run --reset', './run page', 'exit code']) {
+  for (const word of ['./run -- --silent', './run -- --uninstall', './run --reset', './run page', './run page --help', 'exit code']) {
     assert.ok(help.stdout.includes(word), word);
   }
   assert.equal(tree.exists('calls'), false);
@@ -175,6 +175,17 @@ test('a second call at the same time is refused, and a signal switches the machi
   const [code] = await once(first, 'exit');
   assert.equal(code, 143);
   assert.equal(tree.calls().at(-1), 'stop');
+});
+
+test('page names its options without setting anything up', (t) => {
+  const tree = makeTree(t);
+  const help = 'tools/page/preview_help.txt';
+  cpSync(join(realRun, '..', help), join(tree.root, help));
+  for (const words of [['--help'], ['-h'], ['3', '--uninstall', '--help']]) {
+    const { status, stdout, stderr } = tree.run(['page', ...words]);
+    assert.deepEqual([status, stdout, stderr], [0, readFileSync(join(realRun, '..', help), 'utf8'), ''], words.join(' '));
+  }
+  assert.equal(tree.exists('calls'), false);
 });
 
 test('page shows the page with the arguments that follow', (t) => {

@@ -195,11 +195,22 @@ describe('the simulated program', () => {
 });
 
 describe('command', () => {
+  test('helps, and does nothing else', () => {
+    for (const word of ['--help', '-h']) {
+      const { status, stdout, stderr } = spawnSync(process.execPath, [tool, '3', word], { encoding: 'utf8' });
+      assert.deepEqual([status, stderr], [0, '']);
+      for (const option of ['./run page', 'BROWSERS', '--uninstall', '--no-open', '--folder=FOLDER', '--help']) {
+        assert.ok(stdout.includes(option), option);
+      }
+      assert.ok(!stdout.includes('The preview is'));
+    }
+  });
+
   test('names what it does not understand', () => {
-    for (const word of ['7', '--browsers', 'x']) {
+    for (const word of ['7', '--browsers', 'x', '--folder=']) {
       const { status, stderr } = preview(word);
       assert.equal(status, 2);
-      assert.match(stderr, new RegExp(`^${word}: not understood`));
+      assert.equal(stderr, `${word}: not understood; ./run page --help explains\n`);
     }
   });
 

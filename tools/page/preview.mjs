@@ -1,11 +1,10 @@
 // Shows the installer page without Windows: joins its pieces, puts a simulated
 // program beside it and opens both in the browser.
 //
-//   node tools/page/preview.mjs [browsers] [--uninstall] [--no-open] [--folder=build/page]
+//   node tools/page/preview.mjs [browsers] [option ...]
 //
-// browsers is how many browsers the simulated program finds (0 to 6, otherwise 3).
-// Everything is written to the folder; nothing is served over the network.
-// Without a display the screens are photographed into its folder screens.
+// as ./run page does; preview_help.txt says what can be given. Everything is written
+// to a folder; nothing is served over the network.
 
 import { spawn } from 'node:child_process';
 import { copyFileSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
@@ -13,15 +12,20 @@ import { join, resolve } from 'node:path';
 import { pathToFileURL } from 'node:url';
 import { joinPage, projectFolder } from './join.mjs';
 
+const help = readFileSync(new URL('preview_help.txt', import.meta.url), 'utf8');
+
 function readOptions(words) {
   const options = { browsers: 3, mode: 'install', open: true, folder: join(projectFolder, 'build', 'page') };
   for (const word of words) {
     if (/^[0-6]$/.test(word)) options.browsers = Number(word);
-    else if (word === '--uninstall') options.mode = 'uninstall';
+    else if (word === '--help' || word === '-h') {
+      console.log(help.trimEnd());
+      process.exit(0);
+    } else if (word === '--uninstall') options.mode = 'uninstall';
     else if (word === '--no-open') options.open = false;
-    else if (word.startsWith('--folder=')) options.folder = resolve(word.slice('--folder='.length));
+    else if (/^--folder=./.test(word)) options.folder = resolve(word.slice('--folder='.length));
     else {
-      console.error(`${word}: not understood\nusage: preview.mjs [browsers, 0 to 6] [--uninstall] [--no-open] [--folder=<folder>]`);
+      console.error(`${word}: not understood; ./run page --help explains`);
       process.exit(2);
     }
   }
