@@ -11,14 +11,19 @@ import { shareInstaller } from './support/shared_page.mjs';
 const installer = shareInstaller();
 
 describe('style sheets', () => {
+  // What only some people's settings bring stands behind them; what it does: high_contrast, motion.
   const rules = (index) => installer.page.evaluate((i) =>
-    Array.from(document.styleSheets[i].cssRules, (rule) => rule.selectorText ?? `@keyframes ${rule.name}`), index);
+    Array.from(document.styleSheets[i].cssRules, (rule) => rule.selectorText
+      ?? (rule.name ? `@keyframes ${rule.name}`
+        : [`@media ${rule.conditionText}`, ...Array.from(rule.cssRules, ({ selectorText }) => selectorText)].join(' | '))), index);
 
   test('the base block holds exactly these rules', async () => {
     assert.deepEqual(await rules(0), [
       ':root', '*, ::before, ::after', 'body', 'body::before', '.screen', '.screen.active', '.screen.exit',
       'h1', 'h2', '.subtitle', '.btn', '.btn-primary', '.btn-primary:not(:disabled):hover', '.btn-ghost',
       '.btn-ghost:hover', '.btn:disabled', '.icon-circle', '.icon-cyan', '.icon-purple', '.icon-green',
+      '@media (forced-colors: active) | .btn-primary | .btn:disabled',
+      '@media (prefers-reduced-motion: reduce) | .screen, .screen.active, .screen.exit',
     ]);
   });
 
@@ -29,6 +34,9 @@ describe('style sheets', () => {
       '.product-card p', '.carousel-area', '.carousel-slide', '.carousel-slide.active',
       '@keyframes fadeSlide', '.carousel-slide .s-icon', '.carousel-slide h2', '.carousel-slide p',
       '.carousel-dots', '.carousel-dots .dot', '.carousel-dots .dot.active',
+      '@media (forced-colors: active) | .product-card.selected, .product-card.selected .check | .carousel-dots .dot '
+        + '| .carousel-dots .dot.active',
+      '@media (prefers-reduced-motion: reduce) | .carousel-slide.active',
     ]);
   });
 
@@ -38,6 +46,8 @@ describe('style sheets', () => {
       '.browser-step .instructions', '.browser-step .btn-row', '.step-counter', '.complete-icon',
       '@keyframes pop', '.footer', '.spinner', '@keyframes spin', '.warn-box', '.warn-box p',
       '.warn-box strong',
+      '@media (forced-colors: active) | .progress-track | .progress-fill | .spinner',
+      '@media (prefers-reduced-motion: reduce) | .browser-step | .complete-icon',
     ]);
   });
 

@@ -1,4 +1,4 @@
-// Photographs the nine screens and five slides of the installer page.
+// Photographs the nine screens and five slides of the installer page, and for docs/page.md one screen in high contrast.
 //
 //   node tools/page/screenshots.mjs [folder] [--scale=1] [--font="Open Sans"]
 //
@@ -32,6 +32,9 @@ export const pictures = [
   ['09-uninstall-done', "goTo('s-uninstall-done')"],
 ];
 
+/** One more, with forced colours: what is chosen, what is not, and buttons of both kinds. */
+export const highContrastPicture = ['high-contrast', "goTo('s-welcome'); toggleProduct('lw')"];
+
 /** Style rules that let another font of this machine stand in for the fonts that Windows has. */
 export function standInFont(font) {
   const faces = [[400, ''], [600, ' Semibold'], [700, ' Bold']].map(([weight, name]) =>
@@ -40,13 +43,15 @@ export function standInFont(font) {
   return [...faces, `button { font-family: Arial, '${font}'; }`].join('\n');
 }
 
-/** Takes every picture of the joined page in the file `html`. The same page gives the same bytes. */
-export async function takeScreenshots(html, folder, { scale = 1, font = 'Open Sans' } = {}) {
+/** Takes pictures of the joined page in the file `html`. The same page gives the same bytes. */
+export async function takeScreenshots(html, folder, {
+  scale = 1, font = 'Open Sans', wanted = pictures, forcedColors = 'none', colorScheme = 'light',
+} = {}) {
   mkdirSync(folder, { recursive: true });
   const browser = await launchChromium();
   try {
     const context = await browser.newContext({
-      viewport: { width: 920, height: 640 }, deviceScaleFactor: scale, timezoneId: 'UTC',
+      viewport: { width: 920, height: 640 }, deviceScaleFactor: scale, timezoneId: 'UTC', forcedColors, colorScheme,
     });
     const page = await context.newPage();
     await page.clock.install({ time: new Date('2026-03-02T08:50:00Z') });
@@ -60,7 +65,7 @@ export async function takeScreenshots(html, folder, { scale = 1, font = 'Open Sa
     });
     await page.goto(pathToFileURL(html).href);
     await page.addStyleTag({ content: standInFont(font) });
-    for (const [name, script] of pictures) {
+    for (const [name, script] of wanted) {
       await page.evaluate(script);
       await page.clock.runFor(100);
       await page.screenshot({ path: join(folder, `${name}.png`), animations: 'disabled' });
@@ -68,7 +73,7 @@ export async function takeScreenshots(html, folder, { scale = 1, font = 'Open Sa
   } finally {
     await browser.close();
   }
-  console.log(`${pictures.length} pictures in ${folder}`);
+  console.log(`${wanted.length === 1 ? '1 picture' : `${wanted.length} pictures`} in ${folder}`);
 }
 
 if (process.argv[1] === fileURLToPath(import.meta.url)) {
@@ -78,8 +83,11 @@ if (process.argv[1] === fileURLToPath(import.meta.url)) {
   try {
     const html = join(scratch, 'page.html');
     joinPage(html);
-    await takeScreenshots(html, resolve(folder ?? join(projectFolder, 'docs', 'screenshots')),
-      { scale: Number(option('scale') ?? 1), font: option('font') ?? 'Open Sans' });
+    const target = resolve(folder ?? join(projectFolder, 'docs', 'screenshots'));
+    const options = { scale: Number(option('scale') ?? 1), font: option('font') ?? 'Open Sans' };
+    await takeScreenshots(html, target, options);
+    await takeScreenshots(html, target,
+      { ...options, wanted: [highContrastPicture], forcedColors: 'active', colorScheme: 'dark' });
   } finally {
     rmSync(scratch, { recursive: true });
   }
