@@ -4,7 +4,7 @@
 import assert from 'node:assert/strict';
 import { after, before, describe, test } from 'node:test';
 import { pictures, standInFont } from '../../tools/page/screenshots.mjs';
-import { launchChromium, openInstaller } from './support/installer_page.mjs';
+import { launchChromium, openInstaller, screens } from './support/installer_page.mjs';
 
 let browser;
 before(async () => { browser = await launchChromium(); });
@@ -92,9 +92,9 @@ async function openWith(font, options) {
 
 for (const font of ['Open Sans', 'DejaVu Sans']) {
   describe(`in ${font}`, () => {
-    for (const scale of [1, 1.5, 2]) {
-      test(`every screen fits at ${scale * 100} %`, async () => {
-        const installer = await openWith(font, { deviceScaleFactor: scale });
+    for (const [scale, forcedColors] of [[1, 'none'], [1.5, 'none'], [2, 'none'], [1, 'active']]) {
+      test(`every screen fits at ${scale * 100} %, forced colours: ${forcedColors}`, async () => {
+        const installer = await openWith(font, { deviceScaleFactor: scale, forcedColors });
         assert.equal(await installer.state('devicePixelRatio'), scale);
         const wrong = {};
         for (const [name, script] of states) {
@@ -144,15 +144,19 @@ describe('scrolling', () => {
     });
   }
 
-  test('does not happen when the focus walks through the buttons', async () => {
+  test('does not happen when the focus walks through the controls of all screens', async () => {
     const installer = await openInstaller(browser);
     const focused = new Set();
-    for (let i = 0; i < 14; ++i) {
-      await installer.page.keyboard.press('Tab');
-      focused.add(await installer.state('document.activeElement.outerHTML'));
-      assert.deepEqual(await installer.page.evaluate(positions), []);
+    for (const id of screens) {
+      await installer.show(id);
+      for (let i = 0; i < 5; ++i) {
+        await installer.page.keyboard.press('Tab');
+        focused.add(await installer.state('document.activeElement.outerHTML'));
+        assert.deepEqual(await installer.page.evaluate(positions), []);
+      }
     }
-    assert.ok(focused.size >= 11, `${focused.size} elements had the focus`);
+    // Two cards, eleven buttons that are laid out, the nine screens themselves and the page.
+    assert.ok(focused.size >= 13, `${focused.size} elements had the focus`);
     await installer.close();
   });
 

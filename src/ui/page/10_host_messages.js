@@ -7,16 +7,15 @@ window.chrome.webview.addEventListener('message', function (e) {
   } catch {
     return;
   }
-  const label = document.getElementById('progress-label');
   switch (data?.action) {
     case 'status':
-      label.textContent = data.text;
+      showLine('progress-label', data.text);
       break;
     case 'pct':
       setProgress(data.v);
       break;
     case 'progress':
-      label.textContent = data.step || '';
+      showLine('progress-label', data.step || '');
       break;
     case 'browsers_detected':
       browsers = data.browsers || [];
@@ -46,7 +45,7 @@ window.chrome.webview.addEventListener('message', function (e) {
       setTimeout(function () { goTo('s-complete'); }, 800);
       break;
     case 'uninstall_progress':
-      document.getElementById('uninstall-status').textContent = data.step || 'Cleaning up...';
+      showLine('uninstall-status', data.step || 'Cleaning up...');
       break;
     case 'uninstall_done':
       setTimeout(function () { goTo('s-uninstall-done'); }, 600);
@@ -54,8 +53,14 @@ window.chrome.webview.addEventListener('message', function (e) {
   }
 });
 
+// A line that reads so already stays as it is: screen readers would read it out again.
+function showLine(id, text) {
+  const line = document.getElementById(id);
+  if (line.textContent !== text) line.textContent = text;
+}
+
 function finishInstalling() {
   setProgress(100);
-  document.getElementById('progress-label').textContent = 'Installation complete!';
+  showLine('progress-label', 'Installation complete!');
   if (carouselTimer) clearInterval(carouselTimer);
 }

@@ -12,10 +12,13 @@ function showBrowserStep() {
   document.getElementById('browser-actions').style.display = 'flex';
   document.getElementById('browser-confirm').style.display = 'none';
   document.getElementById('btn-open-store').disabled = false;
+  pressedButton = null;
 }
 
 function openStore() {
   document.getElementById('btn-open-store').disabled = true;
+  // A disabled button loses the focus to nobody.
+  focusScreen('s-browser');
   send({ action: 'open_webstore', index: browsers[currentBrowserIdx].index });
 }
 
@@ -27,10 +30,13 @@ function browserDone() {
     return;
   }
   const step = document.querySelector('.browser-step');
+  withdraw(step);
   step.style.opacity = '0';
   step.style.transform = 'translateX(30px)';
   setTimeout(function () {
+    step.inert = false;
     showBrowserStep();
+    focusScreen('s-browser');
     step.style.transform = 'translateX(-30px)';
     requestAnimationFrame(function () {
       step.style.transition = 'all 0.3s ease';
