@@ -107,6 +107,12 @@ function goTo(id) {
     if (next) {
       next.classList.add('active');
       next.inert = false;
+      // Its animation came to its end when nobody could see it.
+      next.querySelectorAll('.complete-icon').forEach(function (icon) {
+        icon.style.animationName = 'none';
+        icon.getBoundingClientRect();
+        icon.style.animationName = '';
+      });
       pressedButton = null;
       focusScreen(id);
     }

@@ -38,6 +38,8 @@ function browserDone() {
     showBrowserStep();
     focusScreen('s-browser');
     step.style.transform = 'translateX(-30px)';
+    // Laid out there, or the step would never have been on the left and come back from the right.
+    step.getBoundingClientRect();
     requestAnimationFrame(function () {
       step.style.transition = 'all 0.3s ease';
       step.style.opacity = '1';
