@@ -1,6 +1,8 @@
 #include "browsers/catalogue.h"
 
-const std::array<BrowserInfo, 6> known_browsers = {{
+namespace {
+
+constexpr BrowserInfo rows[] = {
     {L"Microsoft Edge",
      L"msedge.exe",
      L"SOFTWARE\\Microsoft\\Edge",
@@ -31,4 +33,8 @@ const std::array<BrowserInfo, 6> known_browsers = {{
      L"SOFTWARE\\Opera Software\\Opera GX Stable",
      L"SOFTWARE\\Policies\\Opera Software\\Opera GX Stable",
      {L"Opera GX\\opera.exe"}},
-}};
+};
+
+} // namespace
+
+const std::span<const BrowserInfo> known_browsers = rows;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 /// One Chromium-family browser that the products know.
 struct BrowserInfo {
@@ -17,4 +18,4 @@ struct BrowserInfo {
 };
 
 /// Every known browser. The order is the order in which they are detected, closed, registered and cleaned.
-extern const std::array<BrowserInfo, 6> known_browsers;
+extern const std::span<const BrowserInfo> known_browsers;

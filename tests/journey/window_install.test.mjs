@@ -2,6 +2,7 @@
 
 import assert from 'node:assert/strict';
 import { after, before, describe, test } from 'node:test';
+import { browserNames, storeNames } from '../support/browsers/browsers.mjs';
 import { assertBothInstalled, assertConsoleAloneInstalled, assertLinkwardAloneInstalled } from './support/assert_state.mjs';
 import * as said from './support/expected_messages.mjs';
 import * as expected from './support/expected_state.mjs';
@@ -38,12 +39,8 @@ async function closeInstaller({ program, ended }) {
   assert.deepEqual(program.troubles(), []);
 }
 
-const shortNames = {
-  'Microsoft Edge': 'Edge', 'Google Chrome': 'Chrome', Brave: 'Brave', Vivaldi: 'Vivaldi', Opera: 'Opera', 'Opera GX': 'Opera',
-};
-
 describe('in the window', { concurrency: 3 }, () => {
-  for (const browsers of [[], ['Brave'], ['Microsoft Edge', 'Vivaldi', 'Opera GX'], Object.keys(browserPlaces)]) {
+  for (const browsers of [[], ['Brave'], ['Microsoft Edge', 'Vivaldi', 'Opera GX'], browserNames]) {
     test(`both products are installed and ${browsers.length} browsers are walked through`, async (t) => {
       const machine = await makeWindowMachine(t, surroundings, { browsers });
       const installation = await openInstaller(t, surroundings, machine);
@@ -51,7 +48,7 @@ describe('in the window', { concurrency: 3 }, () => {
       await startInstallation(program);
       for (const [index, name] of browsers.entries()) {
         await walkBrowserStep(program, {
-          name, shortName: shortNames[name], counter: `Browser ${index + 1} of ${browsers.length}`,
+          name, shortName: storeNames[name], counter: `Browser ${index + 1} of ${browsers.length}`,
         }, index % 2 === 0 ? 'Extension Added' : 'Skip');
       }
       await skipFirefox(installation);

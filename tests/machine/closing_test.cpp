@@ -9,6 +9,7 @@
 #include <tlhelp32.h>
 
 #include "before_each_case.h"
+#include "expected_browsers.h"
 #include "intercepted_call.h"
 #include "recorded_pauses.h"
 #include "recorded_reports.h"
@@ -79,9 +80,11 @@ TEST_CASE("without a running browser nothing is closed and nothing waited for") 
 }
 
 TEST_CASE("every instance of every known browser is ended and counted in whatever letter case") {
-    const std::vector<StartedProgram> browsers =
-        run_all_as({L"msedge.exe", L"Chrome.EXE", L"Chrome.EXE", L"Chrome.EXE", L"BRAVE.exe", L"brave.EXE",
-                    L"Vivaldi.exe", L"opera.exe", L"opera.exe", L"OPERA.EXE"});
+    std::vector<std::wstring> names = {L"Chrome.EXE", L"BRAVE.exe", L"OPERA.EXE"};
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        names.push_back(browser.program);
+    }
+    const std::vector<StartedProgram> browsers = run_all_as(names);
     const std::vector<StartedProgram> others =
         run_all_as({L"firefox.exe", L"chrome_proxy.exe", L"chrome.exe.exe", L"xchrome.exe", L"msedge.com"});
     RecordedPauses pauses;
@@ -89,9 +92,9 @@ TEST_CASE("every instance of every known browser is ended and counted in whateve
     size_t reports_before_pause = 0;
     pauses.during = [&] { reports_before_pause = reports.all.size(); };
 
-    CHECK(close_browsers(reports.progress) == 10);
+    CHECK(close_browsers(reports.progress) == static_cast<int>(names.size()));
 
-    CHECK(reports.all == Reports{{"Closed 10 browser process(es)", true}});
+    CHECK(reports.all == Reports{{"Closed " + std::to_string(names.size()) + " browser process(es)", true}});
     CHECK(pauses.all == std::vector<unsigned long>{1500});
     CHECK(reports_before_pause == 1);
     for (const StartedProgram& browser : browsers) {

@@ -7,6 +7,7 @@
 
 #include <shlobj.h>
 
+#include "expected_browsers.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "readable.h"
@@ -20,14 +21,13 @@ const std::wstring programs = L"C:\\Program Files\\";
 const std::wstring programs_x86 = L"C:\\Program Files (x86)\\";
 
 /// The programs' places below a base, in the order of the catalogue.
-const std::vector<std::wstring> relative_paths = {L"Microsoft\\Edge\\Application\\msedge.exe",
-                                                  L"Google\\Chrome\\Application\\chrome.exe",
-                                                  L"BraveSoftware\\Brave-Browser\\Application\\brave.exe",
-                                                  L"Vivaldi\\Application\\vivaldi.exe",
-                                                  L"Opera\\opera.exe",
-                                                  L"Opera GX\\opera.exe"};
-const std::vector<std::wstring> display_names = {L"Microsoft Edge", L"Google Chrome", L"Brave",
-                                                 L"Vivaldi",        L"Opera",         L"Opera GX"};
+const std::vector<std::wstring> relative_paths = [] {
+    std::vector<std::wstring> paths;
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        paths.push_back(browser.path);
+    }
+    return paths;
+}();
 
 std::wstring local_app_data() {
     wchar_t path[MAX_PATH] = {};
@@ -72,32 +72,16 @@ HANDLE WINAPI in_use(LPCWSTR /*path*/, DWORD /*access*/, DWORD /*share*/, LPSECU
 
 } // namespace
 
-TEST_CASE("the catalogue has its six rows with everything that other steps read") {
-    struct Row {
-        std::wstring name, exe, vendor_key, policy_key, path;
-    };
-    const std::vector<Row> expected = {
-        {L"Microsoft Edge", L"msedge.exe", L"SOFTWARE\\Microsoft\\Edge",
-         L"SOFTWARE\\Policies\\Microsoft\\Edge", L"Microsoft\\Edge\\Application\\msedge.exe"},
-        {L"Google Chrome", L"chrome.exe", L"SOFTWARE\\Google\\Chrome", L"SOFTWARE\\Policies\\Google\\Chrome",
-         L"Google\\Chrome\\Application\\chrome.exe"},
-        {L"Brave", L"brave.exe", L"SOFTWARE\\BraveSoftware\\Brave-Browser",
-         L"SOFTWARE\\Policies\\BraveSoftware\\Brave-Browser",
-         L"BraveSoftware\\Brave-Browser\\Application\\brave.exe"},
-        {L"Vivaldi", L"vivaldi.exe", L"SOFTWARE\\Vivaldi", L"SOFTWARE\\Policies\\Vivaldi",
-         L"Vivaldi\\Application\\vivaldi.exe"},
-        {L"Opera", L"opera.exe", L"SOFTWARE\\Opera Software\\Opera Stable",
-         L"SOFTWARE\\Policies\\Opera Software\\Opera Stable", L"Opera\\opera.exe"},
-        {L"Opera GX", L"opera.exe", L"SOFTWARE\\Opera Software\\Opera GX Stable",
-         L"SOFTWARE\\Policies\\Opera Software\\Opera GX Stable", L"Opera GX\\opera.exe"}};
-    REQUIRE(known_browsers.size() == expected.size());
-    for (size_t i = 0; i < expected.size(); ++i) {
+TEST_CASE("the catalogue has the expected rows with everything that other steps read") {
+    REQUIRE(known_browsers.size() == expected_browsers.size());
+    for (size_t i = 0; i < expected_browsers.size(); ++i) {
         const BrowserInfo& row = known_browsers[i];
-        CHECK(row.display_name == expected[i].name);
-        CHECK(row.exe_name == expected[i].exe);
-        CHECK(row.vendor_key == expected[i].vendor_key);
-        CHECK(row.policy_key == expected[i].policy_key);
-        CHECK(row.relative_exe_paths[0] == expected[i].path);
+        const ExpectedBrowser& expected = expected_browsers[i];
+        CHECK(row.display_name == expected.name);
+        CHECK(row.exe_name == expected.program);
+        CHECK(row.vendor_key == L"SOFTWARE\\" + expected.settings);
+        CHECK(row.policy_key == L"SOFTWARE\\Policies\\" + expected.settings);
+        CHECK(row.relative_exe_paths[0] == expected.path);
         CHECK(row.relative_exe_paths[1] == nullptr);
         CHECK(row.relative_exe_paths[2] == nullptr);
         CHECK(row.relative_exe_paths[3] == nullptr);
@@ -105,15 +89,16 @@ TEST_CASE("the catalogue has its six rows with everything that other steps read"
     CHECK(detect_browsers().empty());
 }
 
-TEST_CASE("all six browsers are found in the order of the catalogue") {
+TEST_CASE("all browsers are found in the order of the catalogue") {
     Found expected;
-    for (size_t i = relative_paths.size(); i > 0; --i) {
-        write_file(programs + relative_paths[i - 1], std::to_string(i));
-        expected.insert(expected.begin(), display_names[i - 1] + L": " + programs + relative_paths[i - 1]);
+    for (size_t i = expected_browsers.size(); i > 0; --i) {
+        const ExpectedBrowser& browser = expected_browsers[i - 1];
+        write_file(programs + browser.path, std::to_string(i));
+        expected.insert(expected.begin(), browser.name + L": " + programs + browser.path);
     }
     CHECK(detected() == expected);
     const std::vector<DetectedBrowser> browsers = detect_browsers();
-    REQUIRE(browsers.size() == 6);
+    REQUIRE(browsers.size() == expected_browsers.size());
     for (size_t i = 0; i < browsers.size(); ++i) {
         CHECK(browsers[i].info == &known_browsers[i]);
     }

@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include "before_each_case.h"
+#include "expected_browsers.h"
 #include "intercepted_call.h"
 #include "readable.h"
 #include "test_registry.h"
@@ -17,19 +18,19 @@ using Names = std::vector<std::wstring>;
 constexpr wchar_t list_key[] = L"SOFTWARE\\Policies\\Google\\Chrome\\ExtensionInstallForcelist";
 const std::wstring needle = L"kembcdlbgbcnnchcnbdhbmbhbejnedjf";
 
-/// The browsers' own keys and policy keys, written out again to judge the catalogue by.
+/// The browsers' own keys and policy keys, to judge the catalogue by.
 struct BrowserKeys {
     std::wstring vendor;
     std::wstring policy;
 };
 
-const std::vector<BrowserKeys> browser_keys = {
-    {L"SOFTWARE\\Microsoft\\Edge", L"SOFTWARE\\Policies\\Microsoft\\Edge"},
-    {L"SOFTWARE\\Google\\Chrome", L"SOFTWARE\\Policies\\Google\\Chrome"},
-    {L"SOFTWARE\\BraveSoftware\\Brave-Browser", L"SOFTWARE\\Policies\\BraveSoftware\\Brave-Browser"},
-    {L"SOFTWARE\\Vivaldi", L"SOFTWARE\\Policies\\Vivaldi"},
-    {L"SOFTWARE\\Opera Software\\Opera Stable", L"SOFTWARE\\Policies\\Opera Software\\Opera Stable"},
-    {L"SOFTWARE\\Opera Software\\Opera GX Stable", L"SOFTWARE\\Policies\\Opera Software\\Opera GX Stable"}};
+const std::vector<BrowserKeys> browser_keys = [] {
+    std::vector<BrowserKeys> keys;
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        keys.push_back({L"SOFTWARE\\" + browser.settings, L"SOFTWARE\\Policies\\" + browser.settings});
+    }
+    return keys;
+}();
 
 const std::wstring other_id = L"abcdefghijklmnopabcdefghijklmnop";
 
@@ -79,6 +80,7 @@ LSTATUS WINAPI may_not_be_opened(HKEY /*root*/, LPCWSTR /*path*/, DWORD /*option
 } // namespace
 
 TEST_CASE("one extension leaves all five places of its browser and of no other") {
+    REQUIRE(known_browsers.size() == browser_keys.size());
     for (const BrowserKeys& keys : browser_keys) {
         fill_browser(keys);
     }

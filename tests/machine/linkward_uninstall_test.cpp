@@ -7,6 +7,7 @@
 
 #include "child_roles.h"
 #include "common/installation_medium.h"
+#include "expected_browsers.h"
 #include "intercepted_call.h"
 #include "linkward/install.h"
 #include "machine_state.h"
@@ -69,14 +70,12 @@ TEST_CASE("an installed product goes whole and leaves only the keys and folders 
     CHECK(pauses.all == std::vector<unsigned long>{2000});
     const MachineState state = read_machine_state();
     CHECK(is_empty(state));
-    CHECK(state.left_behind == Paths{L"C:\\Program Files\\Brackenfold\\", L"C:\\ProgramData\\Brackenfold\\",
-                                     L"HKLM\\SOFTWARE\\Microsoft\\Edge\\NativeMessagingHosts",
-                                     L"HKLM\\SOFTWARE\\Google\\Chrome\\NativeMessagingHosts",
-                                     L"HKLM\\SOFTWARE\\BraveSoftware\\Brave-Browser\\NativeMessagingHosts",
-                                     L"HKLM\\SOFTWARE\\Vivaldi\\NativeMessagingHosts",
-                                     L"HKLM\\SOFTWARE\\Opera Software\\Opera Stable\\NativeMessagingHosts",
-                                     L"HKLM\\SOFTWARE\\Opera Software\\Opera GX Stable\\NativeMessagingHosts",
-                                     L"HKLM\\SOFTWARE\\Mozilla\\NativeMessagingHosts"});
+    Paths expected = {L"C:\\Program Files\\Brackenfold\\", L"C:\\ProgramData\\Brackenfold\\"};
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        expected.push_back(L"HKLM\\SOFTWARE\\" + browser.settings + L"\\NativeMessagingHosts");
+    }
+    expected.emplace_back(L"HKLM\\SOFTWARE\\Mozilla\\NativeMessagingHosts");
+    CHECK(state.left_behind == expected);
 }
 
 TEST_CASE("on a machine without the product every step is reported all the same") {
@@ -145,13 +144,11 @@ TEST_CASE("links below the install folder are neither followed nor scheduled") {
     CHECK(paths_below(install_dir) == Paths{L"link\\"});
 }
 
-TEST_CASE("all three extension ids leave the policies of all six browsers") {
-    const Paths policies = {L"Microsoft\\Edge",
-                            L"Google\\Chrome",
-                            L"BraveSoftware\\Brave-Browser",
-                            L"Vivaldi",
-                            L"Opera Software\\Opera Stable",
-                            L"Opera Software\\Opera GX Stable"};
+TEST_CASE("all three extension ids leave the policies of all browsers") {
+    Paths policies;
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        policies.push_back(browser.settings);
+    }
     const Paths ids = {L"kembcdlbgbcnnchcnbdhbmbhbejnedjf", L"ckklpoccipcbjojmlaolfdpbgjehmmpc",
                        L"dgldcbgpnkooljhfhcjpkojcdnfkepnb"};
     for (const std::wstring& browser : policies) {

@@ -5,6 +5,7 @@
 #include <vector>
 #include <windows.h>
 
+#include "expected_browsers.h"
 #include "intercepted_call.h"
 #include "recorded_reports.h"
 #include "test_files.h"
@@ -19,13 +20,13 @@ const std::wstring install_dir = L"C:\\Program Files\\Brackenfold\\Veyra Linkwar
 const std::wstring chromium_file = install_dir + L"\\com.veyra.linkward.chromium.json";
 const std::wstring firefox_file = install_dir + L"\\com.veyra.linkward.firefox.json";
 
-const std::vector<std::wstring> chromium_parents = {
-    L"SOFTWARE\\Microsoft\\Edge\\NativeMessagingHosts",
-    L"SOFTWARE\\Google\\Chrome\\NativeMessagingHosts",
-    L"SOFTWARE\\BraveSoftware\\Brave-Browser\\NativeMessagingHosts",
-    L"SOFTWARE\\Vivaldi\\NativeMessagingHosts",
-    L"SOFTWARE\\Opera Software\\Opera Stable\\NativeMessagingHosts",
-    L"SOFTWARE\\Opera Software\\Opera GX Stable\\NativeMessagingHosts"};
+const std::vector<std::wstring> chromium_parents = [] {
+    std::vector<std::wstring> parents;
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        parents.push_back(L"SOFTWARE\\" + browser.settings + L"\\NativeMessagingHosts");
+    }
+    return parents;
+}();
 const std::wstring firefox_parent = L"SOFTWARE\\Mozilla\\NativeMessagingHosts";
 const std::wstring host = L"\\com.veyra.linkward";
 
@@ -98,7 +99,7 @@ HRESULT WINAPI foreign_program_files(HWND /*owner*/, int /*csidl*/, HANDLE /*tok
 
 } // namespace
 
-TEST_CASE("both manifests are written byte for byte and registered for all seven browsers") {
+TEST_CASE("both manifests are written byte for byte and registered for every browser") {
     make_folder(install_dir);
     CHECK(register_hosts() == registered);
     CHECK(bytes_of(chromium_file) == chromium_bytes);

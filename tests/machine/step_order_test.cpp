@@ -7,6 +7,7 @@
 
 #include "before_each_case.h"
 #include "console/uninstall.h"
+#include "expected_browsers.h"
 #include "intercepted_call.h"
 #include "linkward/native_messaging.h"
 #include "linkward/uninstall.h"
@@ -56,15 +57,14 @@ void note_report(const std::string& text, bool ok) {
     g_steps.push_back((ok ? L"report " : L"FAILURE ") + std::wstring(text.begin(), text.end()));
 }
 
-const Steps host_keys = {
-    L"SOFTWARE\\Microsoft\\Edge\\NativeMessagingHosts\\com.veyra.linkward",
-    L"SOFTWARE\\Google\\Chrome\\NativeMessagingHosts\\com.veyra.linkward",
-    L"SOFTWARE\\BraveSoftware\\Brave-Browser\\NativeMessagingHosts\\com.veyra.linkward",
-    L"SOFTWARE\\Vivaldi\\NativeMessagingHosts\\com.veyra.linkward",
-    L"SOFTWARE\\Opera Software\\Opera Stable\\NativeMessagingHosts\\com.veyra.linkward",
-    L"SOFTWARE\\Opera Software\\Opera GX Stable\\NativeMessagingHosts\\com.veyra.linkward",
-    L"SOFTWARE\\Mozilla\\NativeMessagingHosts\\com.veyra.linkward",
-};
+const Steps host_keys = [] {
+    Steps keys;
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        keys.push_back(L"SOFTWARE\\" + browser.settings + L"\\NativeMessagingHosts\\com.veyra.linkward");
+    }
+    keys.emplace_back(L"SOFTWARE\\Mozilla\\NativeMessagingHosts\\com.veyra.linkward");
+    return keys;
+}();
 
 /// What is opened to clean one browser: list by list and key by key, for each id in turn.
 Steps policy_steps(const std::wstring& vendor) {
@@ -91,10 +91,8 @@ TEST_CASE("the removal of the web protection takes its steps in their order") {
     Steps wanted = {L"report Service removed"};
     append(wanted, host_keys);
     wanted.emplace_back(L"report Native messaging removed");
-    for (const wchar_t* const vendor :
-         {L"Microsoft\\Edge", L"Google\\Chrome", L"BraveSoftware\\Brave-Browser", L"Vivaldi",
-          L"Opera Software\\Opera Stable", L"Opera Software\\Opera GX Stable"}) {
-        append(wanted, policy_steps(vendor));
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        append(wanted, policy_steps(browser.settings));
     }
     const std::wstring distribution = L"C:\\Program Files\\Mozilla Firefox\\distribution\\extensions";
     append(wanted, {L"report Extension policies cleaned",

@@ -9,6 +9,7 @@
 #include "app/webview_host.h"
 #include "before_each_case.h"
 #include "common/installation_medium.h"
+#include "expected_browsers.h"
 #include "intercepted_call.h"
 #include "machine_state.h"
 #include "recorded_pauses.h"
@@ -77,7 +78,7 @@ TEST_CASE("both products are installed and removed in order after the browsers w
     CHECK(pauses.all == std::vector<unsigned long>{1500});
     const MachineState installed = machine();
     CHECK(installed.uninstall.size() == 2);
-    CHECK(installed.hosts.size() == 7);
+    CHECK(installed.hosts.size() == expected_browsers.size() + 1);
     CHECK(installed.shortcut.has_value());
     CHECK(installed.task.has_value());
     REQUIRE(installed.service.has_value());

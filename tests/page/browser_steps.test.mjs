@@ -2,6 +2,7 @@
 
 import assert from 'node:assert/strict';
 import { describe, test } from 'node:test';
+import { browserNames, storeNames } from '../support/browsers/browsers.mjs';
 import { detect, startInstalling } from './support/install_flow.mjs';
 import { shareFreshInstaller } from './support/shared_page.mjs';
 
@@ -11,14 +12,8 @@ const confirmButton = '#browser-confirm .btn-primary';
 const skipButton = '#browser-confirm .btn-ghost';
 
 describe('browser steps', () => {
-  const allSix = ['Microsoft Edge', 'Google Chrome', 'Brave', 'Vivaldi', 'Opera', 'Opera GX'];
-  const shortNames = {
-    'Microsoft Edge': 'Edge', 'Google Chrome': 'Chrome', 'Brave': 'Brave', 'Vivaldi': 'Vivaldi',
-    'Opera': 'Opera', 'Opera GX': 'Opera',
-  };
-
   async function expectStep(name, position, count) {
-    const short = shortNames[name] ?? name;
+    const short = storeNames[name] ?? name;
     assert.equal(await installer.text('#browser-counter'), `Browser ${position} of ${count}`);
     assert.equal(await installer.text('#browser-name'), name);
     for (const id of ['browser-name2', 'browser-name3', 'browser-name4']) {
@@ -32,7 +27,7 @@ describe('browser steps', () => {
     assert.equal(await installer.state("document.getElementById('btn-open-store').disabled"), false);
   }
 
-  for (const names of [['Brave'], ['Microsoft Edge', 'Google Chrome', 'Opera GX'], allSix]) {
+  for (const names of [['Brave'], ['Microsoft Edge', 'Google Chrome', 'Opera GX'], browserNames]) {
     test(`lead through ${names.length} of ${names.length} browsers and then to Firefox`, async () => {
       await startInstalling(installer);
       await detect(installer, names);

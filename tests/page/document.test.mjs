@@ -2,6 +2,7 @@
 
 import assert from 'node:assert/strict';
 import { describe, test } from 'node:test';
+import { storeNames } from '../support/browsers/browsers.mjs';
 import { pageText, screens } from './support/installer_page.mjs';
 import { shareInstaller } from './support/shared_page.mjs';
 
@@ -101,14 +102,7 @@ describe('document', () => {
       currentScreen: 's-welcome',
       carouselTimer: null,
       carouselIdx: 0,
-      browserAddLabel: {
-        'Microsoft Edge': 'Edge',
-        'Google Chrome': 'Chrome',
-        'Brave': 'Brave',
-        'Vivaldi': 'Vivaldi',
-        'Opera': 'Opera',
-        'Opera GX': 'Opera',
-      },
+      browserAddLabel: storeNames,
     });
   });
 

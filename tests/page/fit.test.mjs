@@ -4,6 +4,7 @@
 import assert from 'node:assert/strict';
 import { after, before, describe, test } from 'node:test';
 import { pictures, standInFont } from '../../tools/page/screenshots.mjs';
+import { browserNames } from '../support/browsers/browsers.mjs';
 import { launchChromium, openInstaller, screens } from './support/installer_page.mjs';
 
 let browser;
@@ -18,7 +19,7 @@ const longWord = `C:\\${'x'.repeat(200)}`;
 /** Name of a state of the page, and what its script does to come to it. */
 const states = [
   ...pictures,
-  ...['Microsoft Edge', 'Google Chrome', 'Brave', 'Vivaldi', 'Opera GX'].map((name) => [
+  ...browserNames.map((name) => [
     `browser step of ${name}`,
     `browsers = [{ name: '${name}', index: 0 }]; showBrowserStep(); goTo('s-browser')`]),
   ['installing, long report', `goTo('s-installing'); report(${JSON.stringify(longReport)}, 100)`],

@@ -8,6 +8,7 @@ import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import { fileURLToPath, pathToFileURL } from 'node:url';
 import * as said from '../journey/support/expected_messages.mjs';
+import { browserNames } from '../support/browsers/browsers.mjs';
 import { simulatedAnswers } from '../support/simulated_program.mjs';
 import { launchChromium, pageText } from './support/installer_page.mjs';
 
@@ -77,7 +78,7 @@ describe('preview', () => {
     }), [920, 640]);
   });
 
-  for (const count of [0, 2, 6]) {
+  for (const count of [0, 2, browserNames.length]) {
     test(`walks through an installation with ${count} detected browsers, without a request to anybody`, async () => {
       await open(`browsers=${count}`);
       await press('#btn-install');
@@ -135,15 +136,15 @@ describe('preview', () => {
     await wait(2000);
     assert.equal(await frame.evaluate("document.getElementById('browser-counter').textContent"), 'Browser 1 of 1');
     const arrow = { page: '<', program: '>' };
-    assert.deepEqual(await log(), said.installed(false, true, { browsers: ['Microsoft Edge'], missing: {} })
+    assert.deepEqual(await log(), said.installed(false, true, { browsers: browserNames.slice(0, 1), missing: {} })
       .map(([from, text]) => `${arrow[from]} ${text}`));
   });
 
   test('simulates no message that the program does not know', async () => {
-    await open('browsers=6');
+    await open(`browsers=${browserNames.length}`);
     const texts = await page.evaluate(async () => {
       const seen = [];
-      const settings = { browsers: 6, pause: 0, failing: false };
+      const settings = { browsers: browserNames.length, pause: 0, failing: false };
       const host = createSimulatedHost(settings, (direction, text) => { if (direction === 'in') seen.push(text); });
       for (const request of [
         { action: 'install', fwc: true, lw: true }, { action: 'install', fwc: true, lw: false },
@@ -163,14 +164,13 @@ describe('preview', () => {
 
 describe('the simulated program', () => {
   // The journeys compare the same texts with what the program says on a machine.
-  const catalogue = ['Microsoft Edge', 'Google Chrome', 'Brave', 'Vivaldi', 'Opera', 'Opera GX'];
   const missing = { source: 'C:\\Users\\User\\Downloads', reason: 'The system cannot find the file specified.' };
   const expected = [];
   for (const failing of [false, true]) {
-    for (const browsers of [0, 1, 6]) {
+    for (const browsers of [0, 1, browserNames.length]) {
       for (const [fwc, lw] of [[true, true], [true, false], [false, true], [false, false]]) {
         expected.push([{ failing, browsers },
-          said.installed(fwc, lw, { browsers: catalogue.slice(0, browsers), missing: failing ? missing : undefined })]);
+          said.installed(fwc, lw, { browsers: browserNames.slice(0, browsers), missing: failing ? missing : undefined })]);
       }
     }
     expected.push([{ failing }, said.removal(failing ? said.filesLeftForReboot : {})]);
@@ -207,7 +207,7 @@ describe('command', () => {
   });
 
   test('names what it does not understand', () => {
-    for (const word of ['7', '--browsers', 'x', '--folder=']) {
+    for (const word of ['10', '--browsers', 'x', '--folder=']) {
       const { status, stderr } = preview(word);
       assert.equal(status, 2);
       assert.equal(stderr, `${word}: not understood; ./run page --help explains\n`);

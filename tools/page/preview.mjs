@@ -17,7 +17,7 @@ const help = readFileSync(new URL('preview_help.txt', import.meta.url), 'utf8');
 function readOptions(words) {
   const options = { browsers: 3, mode: 'install', open: true, folder: join(projectFolder, 'build', 'page') };
   for (const word of words) {
-    if (/^[0-6]$/.test(word)) options.browsers = Number(word);
+    if (/^[0-9]$/.test(word)) options.browsers = Number(word);
     else if (word === '--help' || word === '-h') {
       console.log(help.trimEnd());
       process.exit(0);

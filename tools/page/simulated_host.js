@@ -1,7 +1,9 @@
 // Plays the program behind the installer page: answers the page's requests with
 // the messages of an installation or removal (program_messages.js), and touches nothing.
 
-const catalogue = ['Microsoft Edge', 'Google Chrome', 'Brave', 'Vivaldi', 'Opera', 'Opera GX'];
+// The browsers that the page knows, by the names in its list of labels.
+const [, labels] = installerPage.match(/const browserAddLabel = \{([^}]*)\}/);
+const catalogue = Array.from(labels.matchAll(/'([^']+)':/g), ([, name]) => name);
 
 /** Where the product files are not when something goes wrong, and what Windows says about it. */
 const missingProducts = {

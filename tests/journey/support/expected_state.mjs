@@ -1,6 +1,8 @@
 // What the machine holds after a full installation of the sample products, as
 // the machine report gives it. Written out, not computed from the program.
 
+import { browsers } from '../../support/browsers/browsers.mjs';
+
 export const consoleFolder = 'C:\\Program Files\\Brackenfold\\FWC';
 export const linkwardFolder = 'C:\\Program Files\\Brackenfold\\Veyra Linkward';
 export const dataFolder = 'C:\\ProgramData\\Brackenfold\\Veyra Linkward';
@@ -61,12 +63,7 @@ const chromiumHost = (vendorKey) => ({
 });
 
 export const hosts = [
-  chromiumHost('Microsoft\\Edge'),
-  chromiumHost('Google\\Chrome'),
-  chromiumHost('BraveSoftware\\Brave-Browser'),
-  chromiumHost('Vivaldi'),
-  chromiumHost('Opera Software\\Opera Stable'),
-  chromiumHost('Opera Software\\Opera GX Stable'),
+  ...browsers.map(({ settings }) => chromiumHost(settings)),
   {
     key: 'SOFTWARE\\Mozilla\\NativeMessagingHosts\\com.veyra.linkward',
     values: [['', 'REG_SZ', `${linkwardFolder}\\com.veyra.linkward.firefox.json`]],

@@ -5,6 +5,7 @@ import { execFileSync } from 'node:child_process';
 import { existsSync, readFileSync } from 'node:fs';
 import { launchChromium } from '../../../tools/chromium.mjs';
 import { startBridge } from '../../standins/webview2_runtime/bridge/bridge.mjs';
+import { browsers } from '../../support/browsers/browsers.mjs';
 import { startDisplay } from '../../support/display.mjs';
 import { installer, makeMachine, waitUntil } from './machine.mjs';
 
@@ -22,14 +23,7 @@ export async function startSurroundings() {
 }
 
 /** Where each known browser's program lies when it is installed for everybody. */
-export const browserPlaces = {
-  'Microsoft Edge': 'C:\\Program Files (x86)\\Microsoft\\Edge\\Application\\msedge.exe',
-  'Google Chrome': 'C:\\Program Files\\Google\\Chrome\\Application\\chrome.exe',
-  Brave: 'C:\\Program Files\\BraveSoftware\\Brave-Browser\\Application\\brave.exe',
-  Vivaldi: 'C:\\Program Files\\Vivaldi\\Application\\vivaldi.exe',
-  Opera: 'C:\\Program Files\\Opera\\opera.exe',
-  'Opera GX': 'C:\\Program Files\\Opera GX\\opera.exe',
-};
+export const browserPlaces = Object.fromEntries(browsers.map(({ name, installedIn, path }) => [name, `${installedIn}\\${path}`]));
 
 /** A machine with a screen, recorder browsers at the places named, and the runtime unless told otherwise. */
 export async function makeWindowMachine(t, surroundings, { browsers = [], runtime = true, dpi } = {}) {

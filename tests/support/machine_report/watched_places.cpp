@@ -2,27 +2,17 @@
 
 #include <shlobj.h>
 
+#include "expected_browsers.h"
+
 namespace {
-
-struct Browser {
-    const wchar_t* name;
-    const wchar_t* vendor_key; ///< below SOFTWARE, and again below SOFTWARE\Policies
-};
-
-constexpr Browser browsers[] = {
-    {L"Microsoft Edge", L"Microsoft\\Edge"},     {L"Google Chrome", L"Google\\Chrome"},
-    {L"Brave", L"BraveSoftware\\Brave-Browser"}, {L"Vivaldi", L"Vivaldi"},
-    {L"Opera", L"Opera Software\\Opera Stable"}, {L"Opera GX", L"Opera Software\\Opera GX Stable"},
-};
 
 constexpr const wchar_t* policy_lists[] = {L"ExtensionInstallForcelist", L"ExtensionInstallAllowlist",
                                            L"ExtensionInstallSources", L"ExtensionSettings"};
 
 std::vector<WatchedKey> host_parents() {
     std::vector<WatchedKey> keys;
-    for (const Browser& browser : browsers) {
-        keys.push_back(
-            {browser.name, std::wstring(L"SOFTWARE\\") + browser.vendor_key + L"\\NativeMessagingHosts"});
+    for (const ExpectedBrowser& browser : expected_browsers) {
+        keys.push_back({browser.name, L"SOFTWARE\\" + browser.settings + L"\\NativeMessagingHosts"});
     }
     keys.push_back({L"Firefox", L"SOFTWARE\\Mozilla\\NativeMessagingHosts"});
     return keys;
@@ -60,12 +50,11 @@ std::vector<WatchedKey> watched_host_keys() {
 
 std::vector<WatchedKey> watched_policy_keys() {
     std::vector<WatchedKey> keys;
-    for (const Browser& browser : browsers) {
+    for (const ExpectedBrowser& browser : expected_browsers) {
         for (const wchar_t* list : policy_lists) {
-            keys.push_back(
-                {browser.name, std::wstring(L"SOFTWARE\\Policies\\") + browser.vendor_key + L"\\" + list});
+            keys.push_back({browser.name, L"SOFTWARE\\Policies\\" + browser.settings + L"\\" + list});
         }
-        keys.push_back({browser.name, std::wstring(L"SOFTWARE\\") + browser.vendor_key + L"\\Extensions"});
+        keys.push_back({browser.name, L"SOFTWARE\\" + browser.settings + L"\\Extensions"});
     }
     keys.push_back({L"Firefox", L"SOFTWARE\\Policies\\Mozilla\\Firefox\\Extensions"});
     return keys;
