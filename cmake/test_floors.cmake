@@ -14,6 +14,7 @@ target_link_libraries(orvanta_doctest INTERFACE orvanta_options)
 
 # What tests find in their environment; the names of things that the build has made.
 set(ORVANTA_TEST_ENVIRONMENT
+  "ORVANTA_VERSION=${PROJECT_VERSION}"
   "ORVANTA_PROGRAM=$<TARGET_FILE:OrvantaInstaller>"
   "ORVANTA_PAGE_FILE=${CMAKE_BINARY_DIR}/generated/page.html"
   "ORVANTA_SAMPLE_PRODUCTS=${CMAKE_BINARY_DIR}/sample_products"

@@ -53,20 +53,22 @@ test('the checked-in icons are what their drawings give', () => {
   assert.deepEqual([check.status, check.stderr], [0, '']);
 });
 
-test('the version names the product, its maker and 1.0.0', () => {
+test('the version names the product, its maker and three numbers', () => {
+  const number = process.env.ORVANTA_VERSION;
+  assert.match(number, /^\d+\.\d+\.\d+$/);
   assert.deepEqual(versionOf(only(program(), version).bytes), {
-    file: '1.0.0.0',
-    product: '1.0.0.0',
+    file: `${number}.0`,
+    product: `${number}.0`,
     language: '040904b0',
     texts: {
       CompanyName: 'Brackenfold',
       FileDescription: 'Orvanta Installer',
-      FileVersion: '1.0.0',
+      FileVersion: number,
       InternalName: 'OrvantaInstaller',
       LegalCopyright: 'Copyright (c) Brackenfold',
       OriginalFilename: 'OrvantaInstaller.exe',
       ProductName: 'Orvanta Installer',
-      ProductVersion: '1.0.0',
+      ProductVersion: number,
     },
   });
 });

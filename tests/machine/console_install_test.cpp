@@ -96,7 +96,7 @@ TEST_CASE("a second installation replaces the three files and everything registe
     CHECK(bytes_of(console_dir + L"\\updater.exe").size() > 1000);
     CHECK(desktop_shortcut().has_value());
     CHECK(read_task_calls().size() == 2);
-    CHECK(values_of(console_uninstall_key)[2] == RegistryValue{L"DisplayVersion", REG_SZ, L"1.0.0"});
+    CHECK(values_of(console_uninstall_key)[2] == RegistryValue{L"DisplayVersion", REG_SZ, project_version()});
 }
 
 TEST_CASE("without WebView2Loader the console is installed with one failure") {

@@ -20,21 +20,22 @@ const std::wstring linkward_key = parent_key + L"\\VeyraLinkward";
 const std::wstring console_key = parent_key + L"\\FortwrightConsole";
 const Reports registered = {{"Registered in Add/Remove Programs", true}};
 
-const Values linkward_values = {
-    {L"DisplayName", REG_SZ, L"Veyra Linkward"},
-    {L"DisplayVersion", REG_SZ, L"1.0.0"},
-    {L"ExtensionId", REG_SZ, L"dgldcbgpnkooljhfhcjpkojcdnfkepnb"},
-    {L"InstallLocation", REG_SZ, L"C:\\Program Files\\Brackenfold\\Veyra Linkward"},
-    {L"Publisher", REG_SZ, L"Brackenfold"},
-    {L"QuietUninstallString", REG_SZ,
-     L"C:\\Program Files\\Brackenfold\\Veyra Linkward\\VeyraLinkwardInstaller.exe --uninstall"},
-    {L"UninstallString", REG_SZ,
-     L"C:\\Program Files\\Brackenfold\\Veyra Linkward\\VeyraLinkwardInstaller.exe --uninstall-gui"}};
+Values linkward_values() {
+    return {{L"DisplayName", REG_SZ, L"Veyra Linkward"},
+            {L"DisplayVersion", REG_SZ, project_version()},
+            {L"ExtensionId", REG_SZ, L"dgldcbgpnkooljhfhcjpkojcdnfkepnb"},
+            {L"InstallLocation", REG_SZ, L"C:\\Program Files\\Brackenfold\\Veyra Linkward"},
+            {L"Publisher", REG_SZ, L"Brackenfold"},
+            {L"QuietUninstallString", REG_SZ,
+             L"C:\\Program Files\\Brackenfold\\Veyra Linkward\\VeyraLinkwardInstaller.exe --uninstall"},
+            {L"UninstallString", REG_SZ,
+             L"C:\\Program Files\\Brackenfold\\Veyra Linkward\\VeyraLinkwardInstaller.exe --uninstall-gui"}};
+}
 
 Values console_values(const std::wstring& date) {
     return {{L"DisplayIcon", REG_SZ, L"C:\\Program Files\\Brackenfold\\FWC\\Fortwright.exe,0"},
             {L"DisplayName", REG_SZ, L"Fortwright Console"},
-            {L"DisplayVersion", REG_SZ, L"1.0.0"},
+            {L"DisplayVersion", REG_SZ, project_version()},
             {L"EstimatedSize", REG_DWORD, L"50000"},
             {L"InstallDate", REG_SZ, date},
             {L"InstallLocation", REG_SZ, L"C:\\Program Files\\Brackenfold\\FWC"},
@@ -91,18 +92,18 @@ TEST_CASE("the web protection is listed with its seven values and nothing else")
     RecordedReports reports;
     CHECK(register_linkward_arp(reports.progress));
     CHECK(reports.all == registered);
-    CHECK(values_of(linkward_key) == linkward_values);
+    CHECK(values_of(linkward_key) == linkward_values());
     CHECK(subkeys_of(linkward_key).empty());
     CHECK_FALSE(key_is_there(linkward_key, View::bits_32));
     CHECK_FALSE(is_there(L"C:\\Program Files\\Brackenfold"));
-    for (const RegistryValue& value : linkward_values) {
+    for (const RegistryValue& value : linkward_values()) {
         CHECK(size_of_value(linkward_key, value.name) == (value.text.size() + 1) * 2);
     }
 
     set_text(linkward_key, L"DisplayName", L"Old name", REG_EXPAND_SZ);
     set_text(linkward_key, L"Stale", L"kept");
     register_linkward_arp(reports.progress);
-    Values with_stale = linkward_values;
+    Values with_stale = linkward_values();
     with_stale.insert(with_stale.begin() + 6, {L"Stale", REG_SZ, L"kept"});
     CHECK(values_of(linkward_key) == with_stale);
 }
@@ -170,6 +171,6 @@ TEST_CASE("the console's entry goes whole and is reported gone in any case") {
     remove_fwc_arp(reports.progress);
     CHECK(reports.all == Reports{{"Removed registry entries", true}, {"Removed registry entries", true}});
     CHECK_FALSE(key_is_there(console_key));
-    CHECK(values_of(linkward_key) == linkward_values);
+    CHECK(values_of(linkward_key) == linkward_values());
     CHECK(key_is_there(parent_key));
 }

@@ -188,7 +188,7 @@ describe('texts at load', () => {
   }
 
   test('of the footer are exactly these', async () => {
-    assert.deepEqual(await textsOf('body > .footer'), ['Brackenfold \u2014 Veyra Security Suite v1.0.0']);
+    assert.deepEqual(await textsOf('body > .footer'), [`Brackenfold \u2014 Veyra Security Suite v${process.env.ORVANTA_VERSION}`]);
   });
 
   test('of the greeting in the document, before the script sets it', () => {

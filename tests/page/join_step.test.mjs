@@ -55,7 +55,8 @@ describe('the page of the program', () => {
     const names = readFileSync(join(pageFolder, 'pieces.cmake'), 'utf8').match(/\d\d_\w+\.(html|js)/g);
     assert.equal(names.length, 11);
     assert.deepEqual(names, [...names].sort());
-    assert.equal(made.html, names.map((name) => readFileSync(join(pageFolder, name), 'utf8')).join(''));
+    assert.equal(made.html, names.map((name) => readFileSync(join(pageFolder, name), 'utf8')).join('')
+      .replace('@PROJECT_VERSION@', process.env.ORVANTA_VERSION));
   });
 
   test('is in the C++ constants without a difference', () => {
@@ -80,6 +81,12 @@ describe('the step accepts', () => {
     const made = joinPieces(['one\r\ntwo\r\n', 'three\r\n']);
     assert.equal(made.status, 0, made.complaint);
     assert.equal(made.html, 'one\ntwo\nthree\n');
+  });
+
+  test('a place for the version of the project, and counts what it puts there', () => {
+    const made = joinPieces(['v@PROJECT_VERSION@, @PROJECT_NAME@']);
+    assert.equal(made.html, `v${process.env.ORVANTA_VERSION}, @PROJECT_NAME@`);
+    assert.ok(made.header.includes(`// 01_piece.html, ${made.html.length} characters`));
   });
 
   test('a total of 31,999 characters and a piece of 16,000 bytes', () => {

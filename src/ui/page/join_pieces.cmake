@@ -3,7 +3,8 @@
 #
 #   cmake -D HEADER=page_pieces.h -D HTML=page.html -P join_pieces.cmake
 #
-# FOLDER names another folder with a pieces.cmake of its own.
+# FOLDER names another folder with a pieces.cmake of its own. @PROJECT_VERSION@ in
+# a piece becomes the version that the project has in its CMakeLists.txt.
 
 # The program reserves this many characters for the whole page.
 set(page_capacity 32000)
@@ -17,6 +18,13 @@ if(NOT DEFINED FOLDER)
   set(FOLDER "${CMAKE_CURRENT_LIST_DIR}")
 endif()
 include("${FOLDER}/pieces.cmake")
+
+set(project_file "${CMAKE_CURRENT_LIST_DIR}/../../../CMakeLists.txt")
+file(STRINGS "${project_file}" project REGEX "^project\\(")
+if(NOT project MATCHES " VERSION ([0-9]+\\.[0-9]+\\.[0-9]+) ")
+  message(FATAL_ERROR "${project_file} names no version of three numbers for the project")
+endif()
+set(version "${CMAKE_MATCH_1}")
 
 set(page "")
 set(constants "")
@@ -33,15 +41,15 @@ foreach(name IN LISTS page_pieces)
       "write symbols as character references such as &#x2713;")
   endif()
 
-  string(LENGTH "${bytes}" length)
-  math(EXPR length "${length} / 3")
+  file(READ "${FOLDER}/${name}" text)
+  string(REPLACE "\r\n" "\n" text "${text}")
+  string(REPLACE "@PROJECT_VERSION@" "${version}" text "${text}")
+  string(LENGTH "${text}" length)
   math(EXPR total "${total} + ${length}")
   if(length GREATER piece_limit)
     message(FATAL_ERROR "${name} has ${length} bytes, more than the ${piece_limit} that one piece may have")
   endif()
 
-  file(READ "${FOLDER}/${name}" text)
-  string(REPLACE "\r\n" "\n" text "${text}")
   string(FIND "${text}" ")page\"" delimiter)
   if(NOT delimiter EQUAL -1)
     message(FATAL_ERROR "${name} holds the characters )page\", which end the C++ literal around it")

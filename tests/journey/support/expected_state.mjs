@@ -32,7 +32,7 @@ export const consoleEntry = (date) => ({
   values: [
     ['DisplayIcon', 'REG_SZ', `${consoleFolder}\\Fortwright.exe,0`],
     ['DisplayName', 'REG_SZ', 'Fortwright Console'],
-    ['DisplayVersion', 'REG_SZ', '1.0.0'],
+    ['DisplayVersion', 'REG_SZ', process.env.ORVANTA_VERSION],
     ['EstimatedSize', 'REG_DWORD', '50000'],
     ['InstallDate', 'REG_SZ', date],
     ['InstallLocation', 'REG_SZ', consoleFolder],
@@ -48,7 +48,7 @@ export const linkwardEntry = {
   key: `${uninstallRoot}VeyraLinkward`,
   values: [
     ['DisplayName', 'REG_SZ', 'Veyra Linkward'],
-    ['DisplayVersion', 'REG_SZ', '1.0.0'],
+    ['DisplayVersion', 'REG_SZ', process.env.ORVANTA_VERSION],
     ['ExtensionId', 'REG_SZ', 'dgldcbgpnkooljhfhcjpkojcdnfkepnb'],
     ['InstallLocation', 'REG_SZ', linkwardFolder],
     ['Publisher', 'REG_SZ', 'Brackenfold'],
