@@ -25,6 +25,16 @@ set(ORVANTA_TEST_ENVIRONMENT
 
 set(ORVANTA_WITH_MACHINE "${CMAKE_SOURCE_DIR}/tests/support/with_machine")
 
+# A line "Fixed behaviour: ..." in a file of tests says that a file or a case of it holds on to how something is done,
+# and why. The test then has the label "fixed" as well.
+function(orvanta_label_fixed NAME FILE)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${FILE}")
+  file(STRINGS "${FILE}" lines REGEX "^// Fixed behaviour: " LIMIT_COUNT 1)
+  if(lines)
+    set_property(TEST "${NAME}" APPEND PROPERTY LABELS fixed)
+  endif()
+endfunction()
+
 # A doctest program, or what ARGN chooses of it, on a machine of its own. A program with the property
 # ORVANTA_NEEDS_DISPLAY gets a screen of its own as well.
 function(orvanta_add_doctest NAME LABEL PROGRAM)
@@ -48,6 +58,7 @@ function(orvanta_add_doctest_files LABEL PROGRAM)
     get_filename_component(name "${file}" NAME_WE)
     string(REGEX REPLACE "_test$" "" name "${name}")
     orvanta_add_doctest("${LABEL}.${name}" ${LABEL} ${PROGRAM} "--source-file=*/${file}")
+    orvanta_label_fixed("${LABEL}.${name}" "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
   endforeach()
 endfunction()
 
@@ -68,5 +79,6 @@ function(orvanta_add_node_tests LABEL TIMEOUT_SECONDS)
       COST ${TIMEOUT_SECONDS}
       PROCESSORS 2
       ENVIRONMENT "${ORVANTA_TEST_ENVIRONMENT}")
+    orvanta_label_fixed("${LABEL}.${name}" "${file}")
   endforeach()
 endfunction()

@@ -125,6 +125,7 @@ TEST_CASE("browsers that may not be ended are passed over and alone count as non
     CHECK_FALSE(other.is_running());
 }
 
+// Fixed behaviour: the rights and the time are prescribed.
 TEST_CASE("a browser that has not gone after three seconds counts all the same") {
     const StartedProgram browser = run_as(L"msedge.exe");
     RecordedPauses pauses;

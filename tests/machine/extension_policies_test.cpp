@@ -189,6 +189,7 @@ TEST_CASE("2048 bytes and 255 characters are still examined and more hides itsel
     }
 }
 
+// Fixed behaviour: the rights are prescribed.
 TEST_CASE("keys are opened with the rights that each step needs and a refusal is silent") {
     fill_browser(browser_keys[1]);
     {

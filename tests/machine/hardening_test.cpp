@@ -41,6 +41,7 @@ DWORD exit_code_of(const wchar_t* role) {
 
 } // namespace
 
+// Fixed behaviour: the three calls, their flags and their order are prescribed.
 TEST_CASE("DLLs come from the system folder alone and commands never from the current one") {
     CHECK(NeedCurrentDirectoryForExePathW(L"schtasks") != FALSE);
     const InterceptedCall directories("SetDefaultDllDirectories", noted_directories);

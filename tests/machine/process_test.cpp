@@ -71,6 +71,7 @@ bool is_open(HANDLE handle) {
 
 } // namespace
 
+// Fixed behaviour: every argument of the start is prescribed.
 TEST_CASE("a command runs without a window to its end and a pause is a sleep") {
     const InterceptedCall start("CreateProcessW", checked_start);
     CHECK(run_hidden_command(L"/C schtasks one \"two three\" & exit 3", 60000));
@@ -82,6 +83,7 @@ TEST_CASE("a command runs without a window to its end and a pause is a sleep") {
     CHECK(g_timeouts_ms == std::vector<DWORD>{1500});
 }
 
+// Fixed behaviour: the times are prescribed.
 TEST_CASE("a slow task scheduler is waited for 15 and 10 seconds and then left alone") {
     RecordedReports reports;
     {

@@ -72,6 +72,7 @@ TEST_CASE("a key that cannot be made and a value that cannot be set are told") {
     CHECK(values_of(key).empty());
 }
 
+// Fixed behaviour: the rights are prescribed.
 TEST_CASE("a deleted tree goes with values and subkeys and leaves its neighbours and parents") {
     set_text(L"SOFTWARE\\Parent\\tree", L"", L"x");
     set_text(L"SOFTWARE\\Parent\\tree", L"Name", L"x");

@@ -158,6 +158,7 @@ TEST_CASE("a member of the Administrators group is elevated and nobody else is")
     CHECK_FALSE(is_elevated());
 }
 
+// Fixed behaviour: every detail of the request is prescribed.
 TEST_CASE("the second instance is asked for with every detail and waited for") {
     const InterceptedCall execute("ShellExecuteExW", checked_execute);
     // Refused at the prompt; what is in the handle then is nobody's.

@@ -111,6 +111,8 @@ TEST_CASE("a first service is created as it should be and runs without any pause
     CHECK(service->state == L"running");
 }
 
+// Fixed behaviour: the rights, levels and delays that Windows is asked for are prescribed; it need not show
+// them.
 TEST_CASE("restart policy and rights are asked for and a refused description is no failure") {
     deploy_program();
     const InterceptedCall manager("OpenSCManagerW", manager_noted);

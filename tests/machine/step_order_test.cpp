@@ -1,4 +1,5 @@
 // The order of those steps that no report shows, seen at the calls to Windows.
+// Fixed behaviour: the order itself is prescribed, not a habit of the code.
 
 #include <doctest/doctest.h>
 #include <string>

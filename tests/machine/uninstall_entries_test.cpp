@@ -130,6 +130,7 @@ TEST_CASE("the console is listed with its eleven values and nothing else") {
     CHECK(values_of(console_key) == console_values(L"20261231"));
 }
 
+// Fixed behaviour: the order of the values, and a key opened for each, are prescribed.
 TEST_CASE("a refused key is no failure and the values are written in their order") {
     {
         RecordedReports reports;

@@ -1,4 +1,5 @@
 // The look of what is pressed and of what stands beside it: buttons, round icons, product cards.
+// Fixed behaviour: sizes, colours and places are prescribed to the pixel, whatever else would look good.
 
 import assert from 'node:assert/strict';
 import { beforeEach, describe, test } from 'node:test';

@@ -1,4 +1,5 @@
 // The look: style sheets, page, headings and animations.
+// Fixed behaviour: sizes, colours and places are prescribed to the pixel, whatever else would look good.
 
 import assert from 'node:assert/strict';
 import { describe, test } from 'node:test';

@@ -1,4 +1,5 @@
 // The look of the steps of an installation: slide show, progress, browser steps, warning box.
+// Fixed behaviour: sizes, colours and places are prescribed to the pixel, whatever else would look good.
 
 import assert from 'node:assert/strict';
 import { beforeEach, describe, test } from 'node:test';

@@ -125,6 +125,7 @@ TEST_CASE("every install and uninstall message starts another run") {
     CHECK_FALSE(g_install_console);
 }
 
+// Fixed behaviour: every detail of the launch is prescribed (see record_launch).
 TEST_CASE("open_webstore starts the browser at the index with the store page as its only argument") {
     const RecordedShell shell;
     g_detected_browsers = {{known_browsers.data(), L"C:\\a b\\msedge.exe"},

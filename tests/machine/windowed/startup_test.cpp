@@ -1,3 +1,5 @@
+// The steps of a start, seen at the calls to Windows.
+// Fixed behaviour: which steps there are and their order are prescribed.
 #include "app/startup.h"
 
 #include <doctest/doctest.h>

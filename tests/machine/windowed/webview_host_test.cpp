@@ -1,3 +1,5 @@
+// Every call that the program makes to the control.
+// Fixed behaviour: the calls, their order and their arguments are prescribed, and that there are no others.
 #include "app/webview_host.h"
 
 #include <doctest/doctest.h>

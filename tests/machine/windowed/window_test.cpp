@@ -82,6 +82,7 @@ TEST_CASE("the window shows its title and a fixed client area in the middle of t
     CHECK(place.top == (GetSystemMetrics(SM_CYSCREEN) - size_of(place).cy) / 2);
 }
 
+// Fixed behaviour: the members of the class are prescribed, the icon that is not found included.
 TEST_CASE("the window class has the page background and an icon name that no resource has") {
     const InterceptedCall icon("LoadIconW", noted_icon);
     const ShownWindow shown;
