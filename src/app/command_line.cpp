@@ -1,8 +1,8 @@
 #include "app/command_line.h"
 
 #include <memory>
-#include <windows.h>
 
+#include <windows.h>
 #include <shellapi.h>
 
 std::optional<std::vector<std::wstring>> split_command_line(const wchar_t* command_line) {

@@ -1,7 +1,6 @@
 #include "app/elevation.h"
 
 #include <windows.h>
-
 #include <shellapi.h>
 #include <tlhelp32.h>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <new>
+
 #include <windows.h>
 
 #include "common/com_object.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+
 #include <windows.h>
 
 #include "webview2/webview2.h"

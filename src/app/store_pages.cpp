@@ -1,7 +1,6 @@
 #include "app/store_pages.h"
 
 #include <windows.h>
-
 #include <shellapi.h>
 
 #include "common/product_config.h"

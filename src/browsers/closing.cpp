@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <tlhelp32.h>
 
 #include "browsers/catalogue.h"

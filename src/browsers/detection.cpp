@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <windows.h>
 
+#include <windows.h>
 #include <shlobj.h>
 
 #include "common/file_identity.h"

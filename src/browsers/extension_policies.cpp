@@ -2,6 +2,7 @@
 
 #include <array>
 #include <vector>
+
 #include <windows.h>
 
 #include "common/registry.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <unknwn.h>
 #include <windows.h>
+#include <unknwn.h>
 
 /// The IUnknown part of an object that implements one interface besides: its references, which begin with the
 /// maker's, and the questions for its interfaces. `Derived` is the class that is destroyed with the last

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+
 #include <windows.h>
 
 #include "common/file_error.h"

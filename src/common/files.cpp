@@ -1,6 +1,7 @@
 #include "common/files.h"
 
 #include <cwchar>
+
 #include <windows.h>
 
 #include "common/file_error.h"

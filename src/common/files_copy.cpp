@@ -1,9 +1,8 @@
-#include "common/files.h"
-
 #include <windows.h>
 
 #include "common/file_error.h"
 #include "common/file_identity.h"
+#include "common/files.h"
 #include "common/paths.h"
 
 namespace {

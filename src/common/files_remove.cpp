@@ -1,9 +1,9 @@
-#include "common/files.h"
-
 #include <algorithm>
+
 #include <windows.h>
 
 #include "common/file_error.h"
+#include "common/files.h"
 #include "common/open_folder.h"
 #include "common/paths.h"
 #include "common/real_path.h"

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "common/owned.h"

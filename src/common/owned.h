@@ -1,6 +1,7 @@
 #pragma once
 
 #include <utility>
+
 #include <windows.h>
 
 /// Owner of one Windows handle. A kind names the raw type, the value that means "none" and the function that

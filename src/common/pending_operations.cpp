@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <windows.h>
 
+#include <windows.h>
 #include <winternl.h>
 
 #include "common/file_error.h"

@@ -1,7 +1,6 @@
 #include "common/system_places.h"
 
 #include <windows.h>
-
 #include <shlobj.h>
 
 std::wstring running_program_path() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwctype>
+
 #include <windows.h>
 
 namespace {

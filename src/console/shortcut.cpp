@@ -2,8 +2,8 @@
 
 #include <optional>
 #include <string>
-#include <windows.h>
 
+#include <windows.h>
 #include <objbase.h>
 #include <shlobj.h>
 

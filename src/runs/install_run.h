@@ -1,6 +1,7 @@
 #pragma once
 
 #include <vector>
+
 #include <windows.h>
 
 #include "browsers/detection.h"

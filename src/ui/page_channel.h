@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+
 #include <windows.h>
 
 /// Carries one text for the page to the window's thread: wParam is 0, lParam points to a std::wstring on the

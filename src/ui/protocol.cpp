@@ -1,8 +1,8 @@
 #include "ui/protocol.h"
 
-#include "common/json.h"
-
 #include <cstddef>
+
+#include "common/json.h"
 
 namespace {
 

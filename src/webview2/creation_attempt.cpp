@@ -1,10 +1,10 @@
 #include "webview2/creation_attempt.h"
 
+#include <utility>
+
 #include "webview2/machine_policies.h"
 #include "webview2/runtime_library.h"
 #include "webview2/runtime_search.h"
-
-#include <utility>
 
 namespace {
 

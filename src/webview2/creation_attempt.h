@@ -1,11 +1,11 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "common/com_object.h"
 #include "common/com_ptr.h"
 #include "webview2/event_interfaces.h"
-
-#include <optional>
-#include <string>
 
 /// One request for an environment. It stands between the runtime and the caller's handler so that a
 /// failed start can be tried once more: an update that replaces the runtime just then is over the next

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <windows.h>
 #include <eventtoken.h>
 #include <unknwn.h>
-#include <windows.h>
 
 // NOLINTBEGIN(readability-identifier-naming): the names of the published interface.
 

@@ -1,8 +1,8 @@
 #include "webview2/loader.h"
 
-#include "webview2/creation_attempt.h"
-
 #include <new>
+
+#include "webview2/creation_attempt.h"
 
 // NOLINTBEGIN(readability-identifier-naming): Microsoft's signature, to the letter.
 

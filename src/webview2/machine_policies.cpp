@@ -1,11 +1,12 @@
 #include "webview2/machine_policies.h"
 
-#include "webview2/host_program.h"
-#include "webview2/registry_text.h"
-
 #include <algorithm>
+
 #include <objbase.h>
 #include <shobjidl.h>
+
+#include "webview2/host_program.h"
+#include "webview2/registry_text.h"
 
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+
 #include <windows.h>
 
 /// Reads one registry value as text, whatever type it was stored with and without expanding anything,

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "webview2/event_interfaces.h"
-
 #include <string>
+
+#include "webview2/event_interfaces.h"
 
 /// What the runtime is told about where it came from.
 enum class RuntimeType : int { installed = 0, fixed_folder = 1 };

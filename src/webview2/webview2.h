@@ -6,7 +6,6 @@
 
 #ifdef ORVANTA_WITH_WEBVIEW2_SDK
 #include <windows.h>
-
 #include <WebView2.h>
 #else
 #include "webview2/interfaces.h"

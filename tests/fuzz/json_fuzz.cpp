@@ -1,12 +1,12 @@
 // Fuzzer for the two JSON functions, which read what the page sends. Built for
 // the machine that it runs on, with sanitizers (see tools/checks/fuzz).
 
-#include "common/json.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+
+#include "common/json.h"
 
 namespace {
 

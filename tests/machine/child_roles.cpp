@@ -1,8 +1,8 @@
 #include "child_roles.h"
 
+#include <doctest/doctest.h>
 #include <stdexcept>
 
-#include <doctest/doctest.h>
 #include <windows.h>
 
 #include "app/elevation.h"

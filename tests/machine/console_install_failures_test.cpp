@@ -1,9 +1,9 @@
-#include "console/install.h"
-
 #include <doctest/doctest.h>
 #include <string>
+
 #include <windows.h>
 
+#include "console/install.h"
 #include "console_installation.h"
 #include "file_error_text.h"
 #include "read_task.h"

@@ -1,13 +1,12 @@
-#include "console/install.h"
-
 #include <doctest/doctest.h>
 #include <optional>
 #include <string>
-#include <windows.h>
 
+#include <windows.h>
 #include <objbase.h>
 #include <shlobj.h>
 
+#include "console/install.h"
 #include "console/product.h"
 #include "console_installation.h"
 #include "intercepted_call.h"

@@ -1,12 +1,11 @@
-#include "console/uninstall.h"
-
 #include <doctest/doctest.h>
 #include <string>
-#include <windows.h>
 
+#include <windows.h>
 #include <objbase.h>
 
 #include "child_roles.h"
+#include "console/uninstall.h"
 #include "console_installation.h"
 #include "intercepted_call.h"
 #include "machine_state.h"

@@ -1,13 +1,13 @@
-#include "linkward/deployment.h"
-
 #include <algorithm>
 #include <doctest/doctest.h>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
+#include "linkward/deployment.h"
 #include "read_files.h"
 #include "recorded_reports.h"
 #include "test_files.h"

@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 #include <stdexcept>
 #include <string>
+
 #include <windows.h>
 
 #include "deployed.h"

@@ -3,8 +3,8 @@
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <shlobj.h>
 
 #include "expected_browsers.h"

@@ -1,11 +1,11 @@
-#include "common/files.h"
-
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "before_each_case.h"
+#include "common/files.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "readable.h"

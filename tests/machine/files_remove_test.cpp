@@ -1,10 +1,10 @@
-#include "common/files.h"
-
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
+#include "common/files.h"
 #include "common/pending_operations.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"

@@ -4,6 +4,7 @@
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "common/file_error.h"

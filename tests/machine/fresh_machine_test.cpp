@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 #include <string>
+
 #include <windows.h>
 
 #include "before_each_case.h"

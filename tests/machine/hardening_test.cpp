@@ -1,10 +1,10 @@
-#include "app/process_hardening.h"
-
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
+#include "app/process_hardening.h"
 #include "before_each_case.h"
 #include "child_roles.h"
 #include "common/quiet_thread.h"

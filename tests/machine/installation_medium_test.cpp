@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <doctest/doctest.h>
 #include <string>
-#include <windows.h>
 
+#include <windows.h>
 #include <shlobj.h>
 
 #include "common/system_places.h"

@@ -1,14 +1,14 @@
-#include "linkward/install.h"
-
 #include <doctest/doctest.h>
 #include <optional>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "common/installation_medium.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
+#include "linkward/install.h"
 #include "read_service.h"
 #include "recorded_pauses.h"
 #include "recorded_reports.h"

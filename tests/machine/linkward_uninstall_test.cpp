@@ -1,8 +1,7 @@
-#include "linkward/uninstall.h"
-
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "child_roles.h"
@@ -10,6 +9,7 @@
 #include "expected_browsers.h"
 #include "intercepted_call.h"
 #include "linkward/install.h"
+#include "linkward/uninstall.h"
 #include "machine_state.h"
 #include "recorded_pauses.h"
 #include "recorded_reports.h"

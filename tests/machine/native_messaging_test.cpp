@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "expected_browsers.h"

@@ -1,18 +1,17 @@
-#include "runs/progress.h"
-
-#include "ui/page_channel.h"
-
 #include <doctest/doctest.h>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
+
 #include <windows.h>
 
 #include "before_each_case.h"
 #include "intercepted_call.h"
 #include "living_blocks.h"
 #include "readable.h"
+#include "runs/progress.h"
+#include "ui/page_channel.h"
 
 namespace {
 

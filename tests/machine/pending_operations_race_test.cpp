@@ -1,17 +1,16 @@
 // What happens to the lists when other programs change them at the same moment.
-#include "common/pending_operations.h"
-
 #include <doctest/doctest.h>
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <winternl.h>
 
 #include "before_each_case.h"
 #include "common/owned.h"
+#include "common/pending_operations.h"
 #include "intercepted_call.h"
 #include "pending_lists.h"
 

@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 #include <optional>
 #include <string>
+
 #include <windows.h>
 
 #include "common/installation_medium.h"

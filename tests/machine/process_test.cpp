@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "before_each_case.h"

@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 #include <exception>
+
 #include <windows.h>
 
 #include "child_roles.h"

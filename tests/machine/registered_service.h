@@ -4,6 +4,7 @@
 
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "common/owned.h"

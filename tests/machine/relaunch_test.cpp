@@ -2,8 +2,8 @@
 #include <set>
 #include <string>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <shellapi.h>
 #include <winternl.h>
 

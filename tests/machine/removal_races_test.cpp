@@ -1,17 +1,16 @@
 // What a removal does when other programs use, move or replace what it removes, and how it asks the system.
 
-#include "common/files.h"
-
 #include <algorithm>
 #include <doctest/doctest.h>
 #include <functional>
 #include <string>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <winternl.h>
 
 #include "before_each_case.h"
+#include "common/files.h"
 #include "file_error_text.h"
 #include "intercepted_call.h"
 #include "readable.h"

@@ -1,9 +1,9 @@
-#include "linkward/service.h"
-
 #include <doctest/doctest.h>
 #include <string>
+
 #include <windows.h>
 
+#include "linkward/service.h"
 #include "recorded_pauses.h"
 #include "recorded_reports.h"
 #include "registered_service.h"

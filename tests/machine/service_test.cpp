@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "before_each_case.h"

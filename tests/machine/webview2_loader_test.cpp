@@ -1,7 +1,5 @@
 // How the loader starts and calls the runtime of a machine: stand-in DLLs record
 // how they are called.
-#include "webview2/loader.h"
-
 #include <doctest/doctest.h>
 #include <filesystem>
 #include <fstream>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "webview2/creation_attempt.h"
+#include "webview2/loader.h"
 #include "webview2_machine.h"
 
 TEST_CASE("without a runtime the documented error comes back and the handler is not called") {

@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 #include <filesystem>
 #include <fstream>
+
 #include <objbase.h>
 
 namespace {

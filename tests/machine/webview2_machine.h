@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "webview2/loader.h"
 #include <windows.h>
+
+#include "webview2/loader.h"
 
 /// The loader's answer when no runtime is found.
 inline constexpr HRESULT no_runtime = static_cast<HRESULT>(0x80070002);

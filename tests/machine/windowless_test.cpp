@@ -1,8 +1,8 @@
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <objbase.h>
 
 #include "app/modes.h"

@@ -1,8 +1,9 @@
 #include "app/command_line.h"
-#include "app/elevation.h"
 
 #include <doctest/doctest.h>
 #include <random>
+
+#include "app/elevation.h"
 
 namespace {
 

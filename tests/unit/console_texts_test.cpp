@@ -1,7 +1,7 @@
+#include <doctest/doctest.h>
+
 #include "console/uninstall_entry.h"
 #include "console/update_task.h"
-
-#include <doctest/doctest.h>
 
 TEST_CASE("the weekly update task is made with the quoted updater as its command") {
     CHECK(create_task_command_line(L"C:\\Program Files\\Brackenfold\\FWC\\updater.exe") ==

@@ -1,10 +1,10 @@
 #include "ui/protocol.h"
 
-#include "common/json.h"
-
 #include <climits>
 #include <doctest/doctest.h>
 #include <string>
+
+#include "common/json.h"
 
 TEST_CASE("the fixed messages have exactly these texts") {
     CHECK(std::string(status_closing_browsers) ==

@@ -1,6 +1,7 @@
 #include "common/text.h"
 
 #include <doctest/doctest.h>
+
 #include <windows.h>
 
 TEST_CASE("to_utf8 and from_utf8 convert every plane both ways") {

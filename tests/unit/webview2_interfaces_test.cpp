@@ -1,12 +1,13 @@
 // The compiler's tables against the slot numbers of the published binary
 // interface, which no compiler and no linker would miss if they were wrong.
-#include "webview2/interfaces.h"
-
 #include <cstring>
 #include <doctest/doctest.h>
-#include <objbase.h>
 #include <string>
 #include <type_traits>
+
+#include <objbase.h>
+
+#include "webview2/interfaces.h"
 
 namespace {
 

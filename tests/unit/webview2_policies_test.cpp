@@ -1,6 +1,6 @@
-#include "webview2/machine_policies.h"
-
 #include <doctest/doctest.h>
+
+#include "webview2/machine_policies.h"
 
 TEST_CASE("a policy counts for the process's id, then for its file, then for every program") {
     using Names = std::vector<std::wstring>;

@@ -1,6 +1,6 @@
-#include "webview2/runtime_version.h"
-
 #include <doctest/doctest.h>
+
+#include "webview2/runtime_version.h"
 
 TEST_CASE("a runtime's version is read part by part") {
     struct Row {

@@ -1,7 +1,7 @@
-#include "app/window.h"
-
 #include <doctest/doctest.h>
 #include <initializer_list>
+
+#include "app/window.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <shellapi.h>
 
 #include "app/store_pages.h"

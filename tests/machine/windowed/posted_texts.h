@@ -2,6 +2,7 @@
 
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 /// A window without contents that takes the installer window's place in `g_main_window`, so that a test reads

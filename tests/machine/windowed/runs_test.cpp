@@ -1,9 +1,8 @@
-#include "runs/install_run.h"
-
 #include <doctest/doctest.h>
 #include <exception>
 #include <string>
 #include <vector>
+
 #include <windows.h>
 
 #include "before_each_case.h"
@@ -12,6 +11,7 @@
 #include "posted_texts.h"
 #include "readable.h"
 #include "recorded_pauses.h"
+#include "runs/install_run.h"
 #include "runs/uninstall_run.h"
 #include "stopped_service.h"
 #include "test_files.h"

@@ -5,8 +5,8 @@
 #include <doctest/doctest.h>
 #include <string>
 #include <vector>
-#include <windows.h>
 
+#include <windows.h>
 #include <shellapi.h>
 
 #include "before_each_case.h"

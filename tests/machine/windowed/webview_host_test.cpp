@@ -4,6 +4,7 @@
 
 #include <doctest/doctest.h>
 #include <string>
+
 #include <windows.h>
 
 #include "living_blocks.h"

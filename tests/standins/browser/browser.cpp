@@ -3,12 +3,12 @@
 // as it was started, to C:\browsers.log. With --stay it then keeps running until
 // somebody ends it, two minutes at most, or --stay=MILLISECONDS; the exit code is
 // 98 when nobody did.
-#include "append_line.h"
-
 #include <cstdlib>
 #include <string_view>
 
 #include <windows.h>
+
+#include "append_line.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Sample of the protection service: a real service of its own process that
 // answers the service control manager and does nothing else.
-#include "service_behaviour.h"
-
 #include <windows.h>
+
+#include "service_behaviour.h"
 
 namespace {
 

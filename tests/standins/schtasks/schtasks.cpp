@@ -2,9 +2,9 @@
 // exactly as it was started, to C:\schtasks.log and ends with the number in
 // C:\schtasks.exit, or 0 without that file. Before it ends, it waits as long as
 // there is a file C:\schtasks.hold.
-#include "append_line.h"
-
 #include <windows.h>
+
+#include "append_line.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "json_report.h"
 
-#include "text_forms.h"
-
 #include <initializer_list>
 #include <utility>
+
+#include "text_forms.h"
 
 namespace {
 

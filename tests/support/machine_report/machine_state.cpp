@@ -1,13 +1,13 @@
 #include "machine_state.h"
 
+#include <algorithm>
+
 #include "read_files.h"
 #include "read_registry.h"
 #include "read_service.h"
 #include "read_shortcut.h"
 #include "read_task.h"
 #include "watched_places.h"
-
-#include <algorithm>
 
 namespace {
 

@@ -5,14 +5,14 @@
 //   machine_report.exe --json    for tests, as one JSON object
 //
 // UTF-8 on standard output. Exit code 0, or 2 for an argument it does not know.
-#include "json_report.h"
-#include "text_forms.h"
-#include "text_report.h"
-
 #include <cstdio>
 #include <cstring>
 
 #include <objbase.h>
+
+#include "json_report.h"
+#include "text_forms.h"
+#include "text_report.h"
 
 int main(int argument_count, char** arguments) {
     const bool as_json = argument_count == 2 && std::strcmp(arguments[1], "--json") == 0;

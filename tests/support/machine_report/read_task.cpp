@@ -1,11 +1,11 @@
 #include "read_task.h"
 
-#include "read_files.h"
-#include "text_forms.h"
-
 #include <algorithm>
 
 #include <shellapi.h>
+
+#include "read_files.h"
+#include "text_forms.h"
 
 namespace {
 

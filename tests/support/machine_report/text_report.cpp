@@ -1,8 +1,8 @@
 #include "text_report.h"
 
-#include "text_forms.h"
-
 #include <algorithm>
+
+#include "text_forms.h"
 
 namespace {
 

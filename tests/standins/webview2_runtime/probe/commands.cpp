@@ -1,12 +1,12 @@
 #include "commands.h"
 
-#include "objects.h"
-#include "print.h"
-#include "view_commands.h"
-
 #include <functional>
 #include <map>
 #include <sstream>
+
+#include "objects.h"
+#include "print.h"
+#include "view_commands.h"
 
 namespace {
 

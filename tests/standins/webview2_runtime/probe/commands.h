@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+
 #include <windows.h>
 
 /// Carries out one command line (UTF-8) and prints the result.

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "webview2/interfaces.h"
-
 #include <functional>
 #include <set>
 #include <string>
 #include <utility>
+
+#include "webview2/interfaces.h"
 
 /// What the runtime has asked the handlers for, each kind of question once. Window's thread only.
 inline std::set<std::string> g_questions;

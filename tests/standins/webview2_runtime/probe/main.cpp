@@ -3,16 +3,17 @@
 //
 //   webview2_probe RUNTIME.dll
 
-#include "commands.h"
-#include "objects.h"
-
 #include <cstdio>
 #include <iostream>
 #include <memory>
-#include <objbase.h>
 #include <string>
 #include <thread>
 #include <utility>
+
+#include <objbase.h>
+
+#include "commands.h"
+#include "objects.h"
 
 namespace {
 

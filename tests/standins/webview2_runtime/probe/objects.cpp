@@ -1,10 +1,10 @@
 #include "objects.h"
 
-#include "handler.h"
-#include "print.h"
-
 #include <string>
 #include <utility>
+
+#include "handler.h"
+#include "print.h"
 
 ICoreWebView2Environment* g_environment = nullptr;
 ICoreWebView2Controller* g_controller = nullptr;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "webview2/interfaces.h"
-
 #include <istream>
+
+#include "webview2/interfaces.h"
 
 // What the probe has been given by the runtime so far; null before. Window's thread only.
 extern ICoreWebView2Environment* g_environment;

@@ -1,16 +1,17 @@
 #include "view_commands.h"
 
-#include "handler.h"
-#include "objects.h"
-#include "print.h"
-
 #include <fstream>
 #include <iterator>
-#include <objbase.h>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
+
+#include <objbase.h>
+
+#include "handler.h"
+#include "objects.h"
+#include "print.h"
 
 namespace {
 

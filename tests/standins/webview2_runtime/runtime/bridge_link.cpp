@@ -1,12 +1,12 @@
 // Must come before windows.h, which some other header may include.
-#include <winsock2.h>
-
 #include "bridge_link.h"
 
 #include <atomic>
 #include <mutex>
 #include <string>
 #include <thread>
+
+#include <winsock2.h>
 
 namespace {
 

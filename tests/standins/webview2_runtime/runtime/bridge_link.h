@@ -1,9 +1,9 @@
 #pragma once
 
-#include "wire.h"
-
 #include <functional>
 #include <optional>
+
+#include "wire.h"
 
 /// Connects to the bridge whose port is in the environment variable ORVANTA_WEBVIEW2_BRIDGE, once per
 /// process. False when the variable is not set or nobody listens there.

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "journal.h"
-
 #include <atomic>
 #include <string>
+
 #include <unknwn.h>
+
+#include "journal.h"
 
 /// Objects handed to the program that have not been released yet, by name, for the report of leaks.
 void count_object(const wchar_t* name, int change);

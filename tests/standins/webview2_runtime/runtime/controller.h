@@ -1,11 +1,11 @@
 #pragma once
 
+#include <memory>
+
 #include "com_object.h"
 #include "page_window.h"
 #include "unused_controller_methods.h"
 #include "view.h"
-
-#include <memory>
 
 /// The place of the view in the program's window. There is one per process here: a second one is refused.
 class Controller final : public ComObject<UnusedControllerMethods, Controller> {

@@ -1,11 +1,11 @@
 #include "environment.h"
 
+#include <memory>
+
 #include "bridge_link.h"
 #include "controller.h"
 #include "program_handler.h"
 #include "ui_thread.h"
-
-#include <memory>
 
 namespace {
 

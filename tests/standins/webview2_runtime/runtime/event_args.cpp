@@ -1,9 +1,10 @@
 #include "event_args.h"
 
-#include "ui_thread.h"
-
 #include <cstring>
+
 #include <objbase.h>
+
+#include "ui_thread.h"
 
 HRESULT WebMessageArgs::get_Source(LPWSTR* /*value*/) {
     return not_implemented(L"ICoreWebView2WebMessageReceivedEventArgs::get_Source");

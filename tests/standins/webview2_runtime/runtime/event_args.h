@@ -1,10 +1,10 @@
 #pragma once
 
-#include "com_object.h"
-#include "webview2/interfaces.h"
-
 #include <optional>
 #include <string>
+
+#include "com_object.h"
+#include "webview2/interfaces.h"
 
 /// A message from the page: a string, or anything else.
 class WebMessageArgs final : public ComObject<ICoreWebView2WebMessageReceivedEventArgs, WebMessageArgs> {

@@ -1,8 +1,8 @@
 #include "journal.h"
 
-#include "bridge_link.h"
-
 #include <cstdio>
+
+#include "bridge_link.h"
 
 namespace {
 

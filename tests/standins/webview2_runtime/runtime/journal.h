@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+
 #include <windows.h>
 
 // The record of what the program does with the runtime. It goes to the bridge and, as UTF-8 lines, to the

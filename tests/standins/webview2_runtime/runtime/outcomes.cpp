@@ -1,8 +1,8 @@
 #include "outcomes.h"
 
-#include "journal.h"
-
 #include <sstream>
+
+#include "journal.h"
 
 namespace {
 

@@ -1,9 +1,10 @@
 #include "page_input.h"
 
-#include "bridge_link.h"
-
 #include <cstdint>
+
 #include <windowsx.h>
+
+#include "bridge_link.h"
 
 namespace {
 

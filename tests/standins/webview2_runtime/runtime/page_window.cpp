@@ -1,11 +1,11 @@
 #include "page_window.h"
 
+#include <string>
+#include <utility>
+
 #include "journal.h"
 #include "page_input.h"
 #include "ui_thread.h"
-
-#include <string>
-#include <utility>
 
 namespace {
 

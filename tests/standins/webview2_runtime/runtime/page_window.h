@@ -1,10 +1,11 @@
 #pragma once
 
-#include "frame_image.h"
-
 #include <functional>
 #include <string_view>
+
 #include <windows.h>
+
+#include "frame_image.h"
 
 /// The child window that fills the view's bounds: shows the page's frames and passes the mouse and the
 /// keyboard on to it. UI thread only.

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "journal.h"
-
 #include <string>
-#include <unknwn.h>
 #include <utility>
+
+#include <unknwn.h>
+
+#include "journal.h"
 
 /// Asks a handler of the program for IUnknown and for `iid`; what it does not answer is recorded. Nothing
 /// else is asked: the handler that Microsoft's loader puts before the program's does not survive every

@@ -1,13 +1,14 @@
 // The runtime's only export. Everything that a loader and a program can see of it from outside is as with
 // the real one: the checks, the order, the thread.
+#include <memory>
+
+#include <objbase.h>
+
 #include "bridge_link.h"
 #include "environment.h"
 #include "outcomes.h"
 #include "program_handler.h"
 #include "ui_thread.h"
-
-#include <memory>
-#include <objbase.h>
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "ui_thread.h"
 
-#include "journal.h"
-
 #include <deque>
 #include <mutex>
 #include <string>
 #include <utility>
+
+#include "journal.h"
 
 namespace {
 

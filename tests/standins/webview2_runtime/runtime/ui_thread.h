@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+
 #include <windows.h>
 
 /// Makes the calling thread the one on which everything happens: the thread that creates environments.

@@ -1,12 +1,12 @@
 #include "view.h"
 
+#include <cwchar>
+#include <optional>
+
 #include "bridge_link.h"
 #include "event_args.h"
 #include "settings.h"
 #include "ui_thread.h"
-
-#include <cwchar>
-#include <optional>
 
 namespace {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include <list>
+#include <map>
+
 #include "com_object.h"
 #include "program_handler.h"
 #include "unused_view_methods.h"
 #include "wire.h"
-
-#include <list>
-#include <map>
 
 /// The view: passes texts to the page in the bridge's browser and calls the program's handlers with what
 /// comes back.
