@@ -120,19 +120,19 @@ test('a tree with changes is refused: changed, new, staged', () => {
   const because = 'there are changes that are not committed:';
   assert.deepEqual(release(folder), refused(`${because} "new file"`));
   git(folder, 'add', 'new file');
-  assert.deepEqual(release(folder), refused(`${because} "new file"`));
+  assert.deepEqual(release(folder, '--check'), refused(`${because} "new file"`));
   git(folder, 'rm', '-qf', 'new file');
   writeFileSync(join(folder, 'README.md'), 'Changed\n');
-  assert.deepEqual(release(folder), refused(`${because} README.md`));
+  assert.deepEqual(release(folder, '--check'), refused(`${because} README.md`));
   assert.equal(existsSync(join(folder, 'build')), false);
 });
 
 test('a folder that is no clone, or a part of another, is refused', () => {
   const folder = clone();
   rmSync(join(folder, '.git'), { recursive: true });
-  assert.deepEqual(release(folder), refused('this is no clone; a release is made from a commit'));
+  assert.deepEqual(release(folder, '--check'), refused('this is no clone; a release is made from a commit'));
   git(work, 'init', '-q');
-  assert.deepEqual(release(folder), refused('this is no clone of its own'));
+  assert.deepEqual(release(folder, '--check'), refused('this is no clone of its own'));
   rmSync(join(work, '.git'), { recursive: true });
 });
 
@@ -145,7 +145,7 @@ for (const [what, to, because] of [
     const folder = clone();
     replaceIn(folder, 'CHANGELOG.md', `## ${version}`, to);
     git(folder, 'commit', '-qam', 'Change');
-    assert.deepEqual(release(folder), refused(because));
+    assert.deepEqual(release(folder, '--check'), refused(because));
   });
 }
 
@@ -154,10 +154,10 @@ test('a tag that disagrees is refused', () => {
   const tagged = git(folder, 'rev-parse', 'HEAD');
   git(folder, 'tag', `v${version}`);
   git(folder, 'commit', '-q', '--allow-empty', '-m', 'Later');
-  assert.deepEqual(release(folder), refused(`the tag v${version} is at another commit, ${tagged.slice(0, 12)}`));
+  assert.deepEqual(release(folder, '--check'), refused(`the tag v${version} is at another commit, ${tagged.slice(0, 12)}`));
   git(folder, 'tag', '-d', `v${version}`);
   git(folder, 'tag', 'v9.8.7');
-  assert.deepEqual(release(folder), refused(`the tag v9.8.7 is at this commit, whose version is ${version}`));
+  assert.deepEqual(release(folder, '--check'), refused(`the tag v9.8.7 is at this commit, whose version is ${version}`));
 });
 
 test('two clones in folders of different names give the same bytes', () => {
