@@ -3,10 +3,12 @@
 
 import { readFileSync } from 'node:fs';
 
-const script = (name) => readFileSync(new URL(`../../tools/page/${name}`, import.meta.url), 'utf8');
+const read = (path) => readFileSync(new URL(`../../${path}`, import.meta.url), 'utf8');
 
-export const { programMessages, createSimulatedHost } = new Function(
-  `${script('program_messages.js')}\n${script('simulated_host.js')}\nreturn { programMessages, createSimulatedHost };`)();
+// Of the page they read the list of browsers alone.
+export const { programMessages, createSimulatedHost } = new Function('installerPage',
+  `${read('tools/page/program_messages.js')}\n${read('tools/page/simulated_host.js')}
+   return { programMessages, createSimulatedHost };`)(read('src/ui/page/09_state_and_flow.js'));
 
 /** What the simulated program answers to `requests`, one after the other, as texts. Settings: see createSimulatedHost. */
 export async function simulatedAnswers(requests, settings = {}) {

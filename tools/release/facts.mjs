@@ -47,7 +47,7 @@ export function releaseFacts() {
     copyright: find('LICENSE', /^(Copyright .+)$/m),
     entries: [uninstallEntry('console', 'fwc'), uninstallEntry('linkward', 'linkward')],
     requiredFiles: [
-      find('src/common/console_files.h', /fwc_program_name\[\] = L"([^"]+)"/),
+      find('src/common/installation_medium.h', /fwc_program_name\[\] = L"([^"]+)"/),
       find('src/linkward/locations.cpp', /linkward_service_program\(\) \{\s*return [^;]*L"([^"]+)"/),
     ],
   };
