@@ -23,7 +23,7 @@ async function tabTo({ page }, text) {
 
 async function pressByKey(program, text, key = 'Enter') {
   await tabTo(program, text);
-  await program.page.keyboard.press(key);
+  await program.key(key);
 }
 
 /** Holds Enter until the page has come to a screen, and for a while on it. */
@@ -31,10 +31,14 @@ async function holdEnterUntil(program, text, id) {
   await tabTo(program, text);
   const { keyboard } = program.page;
   await keyboard.down('Enter');
-  const arrived = atScreen(program, id);
   let isThere = false;
-  arrived.then(() => { isThere = true; }, () => { isThere = true; });
-  for (let more = 20; more > 0; more -= isThere ? 1 : 0) await keyboard.down('Enter');
+  const arrived = atScreen(program, id).finally(() => { isThere = true; });
+  arrived.catch(() => {}); // told below
+  // As a keyboard repeats it.
+  for (let more = 20; more > 0; more -= isThere ? 1 : 0) {
+    await keyboard.down('Enter');
+    await program.page.waitForTimeout(33);
+  }
   await keyboard.up('Enter');
   await arrived;
 }

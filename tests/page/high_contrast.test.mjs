@@ -4,7 +4,7 @@
 import assert from 'node:assert/strict';
 import { after, before, describe, test } from 'node:test';
 import { launchChromium, openInstaller } from './support/installer_page.mjs';
-import { coloursAlong, contrast, contrastWithFirst } from './support/pixels.mjs';
+import { contrast, contrastWithFirst, paintedPage } from './support/pixels.mjs';
 
 // What WCAG asks of the parts of a control.
 const enough = 3;
@@ -43,6 +43,7 @@ for (const colorScheme of ['light', 'dark']) {
         await installer.show(id);
         if (id === 's-browser') await installer.state("document.getElementById('browser-confirm').style.display = 'flex'");
         assert.equal(await installer.page.locator(`#${id} button`).count(), count);
+        const painted = await paintedPage(installer);
         for (let index = 0; index < count; ++index) {
           const { x, y, width, height } = await boxOf(`#${id} button`, index);
           const [midX, midY] = [x + width / 2, y + height / 2];
@@ -50,7 +51,7 @@ for (const colorScheme of ['light', 'dark']) {
             ['left', [x - 4, midY], [x + 4, midY]], ['right', [x + width - 4, midY], [x + width + 4, midY]],
             ['top', [midX, y - 4], [midX, y + 4]], ['bottom', [midX, y + height - 4], [midX, y + height + 4]],
           ]) {
-            isSeen(contrastWithFirst(await coloursAlong(installer, from, to)), `${side} edge of button ${index}`);
+            isSeen(contrastWithFirst(painted.along(from, to)), `${side} edge of button ${index}`);
           }
         }
         if (id === 's-browser') await installer.state("document.getElementById('browser-confirm').style.display = 'none'");
@@ -61,9 +62,8 @@ for (const colorScheme of ['light', 'dark']) {
       await installer.show('s-welcome');
       const { x, y, height } = await boxOf('#btn-install');
       const edge = async () => {
-        await installer.page.mouse.move(1, 1);
-        await installer.settle();
-        const colours = await coloursAlong(installer, [x - 4, y + height / 2], [x + 4, y + height / 2]);
+        const painted = await paintedPage(installer);
+        const colours = painted.along([x - 4, y + height / 2], [x + 4, y + height / 2]);
         return colours.reduce((best, colour) =>
           (contrast(colour, colours[0]) > contrast(best, colours[0]) ? colour : best), colours[0]);
       };
@@ -78,13 +78,14 @@ for (const colorScheme of ['light', 'dark']) {
     test('check boxes have edges, and a mark exactly when their product is chosen', async () => {
       await installer.show('s-welcome');
       await installer.state("toggleProduct('lw')");
+      const painted = await paintedPage(installer);
       for (const [card, isChosen] of [['#card-fwc', true], ['#card-lw', false]]) {
         const { x, y, width, height } = await boxOf(`${card} .check`);
-        isSeen(contrastWithFirst(await coloursAlong(installer, [x - 3, y + height / 2], [x + 4, y + height / 2])), `edge of ${card}`);
-        const inside = contrastWithFirst(await coloursAlong(installer, [x + 4, y + 4], [x + width - 5, y + height - 5]));
+        isSeen(contrastWithFirst(painted.along([x - 3, y + height / 2], [x + 4, y + height / 2])), `edge of ${card}`);
+        const inside = contrastWithFirst(painted.along([x + 4, y + 4], [x + width - 5, y + height - 5]));
         (isChosen ? isSeen : isNotSeen)(inside, `mark of ${card}`);
         const cardBox = await boxOf(card);
-        isSeen(contrastWithFirst(await coloursAlong(installer, [cardBox.x - 3, cardBox.y + 60], [cardBox.x + 4, cardBox.y + 60])),
+        isSeen(contrastWithFirst(painted.along([cardBox.x - 3, cardBox.y + 60], [cardBox.x + 4, cardBox.y + 60])),
           `edge of ${card} itself`);
       }
       await installer.state("toggleProduct('lw')");
@@ -95,22 +96,24 @@ for (const colorScheme of ['light', 'dark']) {
       await installer.send('{"action":"pct","v":40}');
       const { x, y, width, height } = await boxOf('.progress-track');
       const middle = y + height / 2;
-      const [done] = await coloursAlong(installer, [x + width * 0.2, middle], [x + width * 0.2, middle]);
-      const [open] = await coloursAlong(installer, [x + width * 0.7, middle], [x + width * 0.7, middle]);
+      const painted = await paintedPage(installer);
+      const [done] = painted.along([x + width * 0.2, middle], [x + width * 0.2, middle]);
+      const [open] = painted.along([x + width * 0.7, middle], [x + width * 0.7, middle]);
       isSeen(contrast(done, open), 'what is done against what is not');
       for (const share of [0.5, 0.95]) {
-        isSeen(contrastWithFirst(await coloursAlong(installer, [x + width * share, y - 5], [x + width * share, y + 1])), 'upper edge');
+        isSeen(contrastWithFirst(painted.along([x + width * share, y - 5], [x + width * share, y + 1])), 'upper edge');
       }
-      isSeen(contrastWithFirst(await coloursAlong(installer, [x + width - 4, middle], [x + width + 4, middle])), 'end');
+      isSeen(contrastWithFirst(painted.along([x + width - 4, middle], [x + width + 4, middle])), 'end');
     });
 
     test('the dots have edges, and the one of the slide on show is filled', async () => {
       await installer.show('s-installing');
       for (let slide = 0; slide < 5; ++slide) {
         await installer.state(`showSlide(${slide})`);
+        const painted = await paintedPage(installer);
         for (let dot = 0; dot < 5; ++dot) {
           const { x, y, width, height } = await boxOf('.dot', dot);
-          const line = await coloursAlong(installer, [x + width / 2, y - 4], [x + width / 2, y + height / 2]);
+          const line = painted.along([x + width / 2, y - 4], [x + width / 2, y + height / 2]);
           isSeen(contrastWithFirst(line), `edge of dot ${dot}`);
           (dot === slide ? isSeen : isNotSeen)(contrast(line[0], line.at(-1)), `inside of dot ${dot} on slide ${slide}`);
         }
@@ -129,9 +132,10 @@ for (const colorScheme of ['light', 'dark']) {
           return { x: (left + right) / 2 - spinner.offsetWidth / 2, y: (top + bottom) / 2 - spinner.offsetHeight / 2,
             width: spinner.offsetWidth, height: spinner.offsetHeight };
         });
+        const painted = await paintedPage(installer);
         return {
-          top: contrastWithFirst(await coloursAlong(installer, [x + width / 2, y - 3], [x + width / 2, y + 5])),
-          bottom: contrastWithFirst(await coloursAlong(installer, [x + width / 2, y + height - 6], [x + width / 2, y + height + 3])),
+          top: contrastWithFirst(painted.along([x + width / 2, y - 3], [x + width / 2, y + 5])),
+          bottom: contrastWithFirst(painted.along([x + width / 2, y + height - 6], [x + width / 2, y + height + 3])),
         };
       };
       const atRest = await ringAt(0);
@@ -150,9 +154,10 @@ for (const colorScheme of ['light', 'dark']) {
       ]) {
         await installer.show(id);
         const { x, y, width, height } = await boxOf(selector);
+        const painted = await paintedPage(installer);
         const line = edges
-          ? await coloursAlong(installer, [x - 4, y + height / 2], [x + 4, y + height / 2])
-          : await coloursAlong(installer, [x, y], [x + width - 1, y + height - 1]);
+          ? painted.along([x - 4, y + height / 2], [x + 4, y + height / 2])
+          : painted.along([x, y], [x + width - 1, y + height - 1]);
         isSeen(contrastWithFirst(line), selector);
       }
     });

@@ -142,9 +142,9 @@ describe('preview', () => {
 
   test('simulates no message that the program does not know', async () => {
     await open(`browsers=${browserNames.length}`);
-    const texts = await page.evaluate(async () => {
+    const texts = await page.evaluate(async (browsers) => {
       const seen = [];
-      const settings = { browsers: browserNames.length, pause: 0, failing: false };
+      const settings = { browsers, pause: 0, failing: false };
       const host = createSimulatedHost(settings, (direction, text) => { if (direction === 'in') seen.push(text); });
       for (const request of [
         { action: 'install', fwc: true, lw: true }, { action: 'install', fwc: true, lw: false },
@@ -152,7 +152,7 @@ describe('preview', () => {
       ]) host.webview.postMessage(JSON.stringify(request));
       window.seenTexts = seen;
       return seen;
-    }).then(() => wait(1000)).then(() => page.evaluate('seenTexts'));
+    }, browserNames.length).then(() => wait(1000)).then(() => page.evaluate('seenTexts'));
     const actions = new Set(texts.map((text) => JSON.parse(text).action));
     assert.deepEqual([...actions].sort(), ['amo_opened', 'browsers_detected', 'install_complete', 'pct',
       'progress', 'status', 'uninstall_done', 'uninstall_progress', 'webstore_opened']);

@@ -20,6 +20,8 @@ export function createPageActs(page) {
     click: (selector, clicking) => act(page().click(selector, { ...clickTimeout, ...clicking })),
     /** Clicks a button of the installer's screen that shows, by a part of its text. */
     press: (text) => act(page().locator('.screen.active button', { hasText: text }).click(clickTimeout)),
+    /** Presses a key, by playwright's name for it, on whatever has the focus. */
+    key: (name) => act(page().keyboard.press(name)),
     /** Posts any value to the program, from inside the page and through its own chrome.webview. */
     post: (value) => act(page().evaluate((message) => { window.chrome.webview.postMessage(message); }, value)),
     /** Posts each of many values, in order, in one turn of the page. */
