@@ -7,8 +7,8 @@
 // anything failed.
 #include <cwchar>
 #include <string>
-#include <windows.h>
 
+#include <windows.h>
 #include <shellapi.h>
 
 namespace {
