@@ -23,6 +23,7 @@ const std::wstring programs_x86 = L"C:\\Program Files (x86)\\";
 /// The programs' places below a base, in the order of the catalogue.
 const std::vector<std::wstring> relative_paths = [] {
     std::vector<std::wstring> paths;
+    paths.reserve(expected_browsers.size());
     for (const ExpectedBrowser& browser : expected_browsers) {
         paths.push_back(browser.path);
     }

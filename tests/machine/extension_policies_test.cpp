@@ -27,6 +27,7 @@ struct BrowserKeys {
 
 const std::vector<BrowserKeys> browser_keys = [] {
     std::vector<BrowserKeys> keys;
+    keys.reserve(expected_browsers.size());
     for (const ExpectedBrowser& browser : expected_browsers) {
         keys.push_back({L"SOFTWARE\\" + browser.settings, L"SOFTWARE\\Policies\\" + browser.settings});
     }

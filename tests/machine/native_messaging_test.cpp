@@ -23,6 +23,7 @@ const std::wstring firefox_file = install_dir + L"\\com.veyra.linkward.firefox.j
 
 const std::vector<std::wstring> chromium_parents = [] {
     std::vector<std::wstring> parents;
+    parents.reserve(expected_browsers.size());
     for (const ExpectedBrowser& browser : expected_browsers) {
         parents.push_back(L"SOFTWARE\\" + browser.settings + L"\\NativeMessagingHosts");
     }

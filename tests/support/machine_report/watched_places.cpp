@@ -11,6 +11,7 @@ constexpr const wchar_t* policy_lists[] = {L"ExtensionInstallForcelist", L"Exten
 
 std::vector<WatchedKey> host_parents() {
     std::vector<WatchedKey> keys;
+    keys.reserve(expected_browsers.size());
     for (const ExpectedBrowser& browser : expected_browsers) {
         keys.push_back({browser.name, L"SOFTWARE\\" + browser.settings + L"\\NativeMessagingHosts"});
     }
