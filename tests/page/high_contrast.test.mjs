@@ -75,10 +75,11 @@ for (const colorScheme of ['light', 'dark']) {
       await installer.state("toggleProduct('fwc'); toggleProduct('lw')");
     });
 
-    test('check boxes have edges, and a mark exactly when their product is chosen', async () => {
+    test('check boxes have edges, and a mark and another colour exactly when their product is chosen', async () => {
       await installer.show('s-welcome');
       await installer.state("toggleProduct('lw')");
       const painted = await paintedPage(installer);
+      const edges = [];
       for (const [card, isChosen] of [['#card-fwc', true], ['#card-lw', false]]) {
         const { x, y, width, height } = await boxOf(`${card} .check`);
         isSeen(contrastWithFirst(painted.along([x - 3, y + height / 2], [x + 4, y + height / 2])), `edge of ${card}`);
@@ -87,7 +88,12 @@ for (const colorScheme of ['light', 'dark']) {
         const cardBox = await boxOf(card);
         isSeen(contrastWithFirst(painted.along([cardBox.x - 3, cardBox.y + 60], [cardBox.x + 4, cardBox.y + 60])),
           `edge of ${card} itself`);
+        // Two pixels wide each.
+        edges.push([...painted.along([x + 1, y + height / 2], [x + 1, y + height / 2]),
+          ...painted.along([cardBox.x + 1, cardBox.y + 60], [cardBox.x + 1, cardBox.y + 60])]);
       }
+      const [chosen, notChosen] = edges;
+      for (const index of [0, 1]) assert.notDeepEqual(chosen[index], notChosen[index]);
       await installer.state("toggleProduct('lw')");
     });
 

@@ -66,6 +66,15 @@ describe('who knows what to do', () => {
     assert.deepEqual(await installer.received(), ['{"action":"install","fwc":true,"lw":true}']);
   });
 
+  test('may press "Close Installer" at once, which comes almost where "Open Firefox Add-ons" was', async () => {
+    await comeTo(installer, 's-firefox-notice');
+    await installer.click('#s-firefox-notice .btn-primary');
+    await installer.send('{"action":"amo_opened"}');
+    await installer.after(100);
+    await installer.click('#s-complete .btn-primary');
+    assert.deepEqual(await installer.received(), ['{"action":"open_amo"}', '{"action":"close"}']);
+  });
+
   test('may press the same button again when its screen has come back', async () => {
     for (let i = 0; i < 3; ++i) {
       await installer.click('#btn-install');

@@ -61,9 +61,9 @@ document.addEventListener('keydown', function (e) {
 document.addEventListener('click', function (e) {
   const target = e.target.closest('button, .product-card');
   if (!e.isTrusted || !target) return;
-  // Nobody counts the taps of a finger. A key's click has no place, and counts 0.
+  // Not whoever clicks for a person counts clicks. A key's click has no place, and counts 0.
   const isSecondHalf = e.detail > 1 || (e.detail === 1 && lastClick && e.timeStamp - lastClick.timeStamp < 500
-    && Math.hypot(e.clientX - lastClick.clientX, e.clientY - lastClick.clientY) < 10);
+    && Math.hypot(e.clientX - lastClick.clientX, e.clientY - lastClick.clientY) < 3);
   lastClick = e;
   if (target === pressedButton || (isSecondHalf && target !== lastTarget)) {
     e.stopPropagation();
