@@ -32,4 +32,12 @@ endif()
 
 if(MINGW)
   include(link_with_lld)
+  # Without the protection that it is part of; whatever has that one is linked with it.
+  add_library(orvanta_stack_guard STATIC "${CMAKE_SOURCE_DIR}/src/common/stack_guard.cpp")
+  target_compile_features(orvanta_stack_guard PRIVATE cxx_std_20)
+  target_compile_options(orvanta_stack_guard PRIVATE
+    $<FILTER:$<TARGET_PROPERTY:orvanta_options,INTERFACE_COMPILE_OPTIONS>,EXCLUDE,stack-protector>)
+  target_compile_definitions(orvanta_stack_guard PRIVATE
+    $<TARGET_PROPERTY:orvanta_options,INTERFACE_COMPILE_DEFINITIONS>)
+  target_link_libraries(orvanta_options INTERFACE orvanta_stack_guard)
 endif()

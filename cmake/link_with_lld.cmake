@@ -18,5 +18,5 @@ if(ORVANTA_LLD)
   set(CMAKE_CXX_CREATE_SHARED_LIBRARY
     "${orvanta_link_driver} -shared <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
   # What GCC's driver would add by itself, in the order that static libraries need.
-  set(CMAKE_CXX_STANDARD_LIBRARIES "-lpthread -lssp")
+  set(CMAKE_CXX_STANDARD_LIBRARIES "-lpthread")
 endif()

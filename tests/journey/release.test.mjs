@@ -240,7 +240,7 @@ test('the list of components is sound SPDX 2.3 and names program, libraries and 
   assert.deepEqual(installer.checksums, [{ algorithm: 'SHA256', checksumValue: sha256(readFileSync(program)) }]);
   assert.equal(installer.versionInfo, version);
   assert.deepEqual(libraries.map(({ name, licenseConcluded }) => [name, licenseConcluded]), [
-    ['GCC run-time libraries (libstdc++, libgcc, libssp)', 'GPL-3.0-or-later WITH GCC-exception-3.1'],
+    ['GCC run-time libraries (libstdc++, libgcc)', 'GPL-3.0-or-later WITH GCC-exception-3.1'],
     ['mingw-w64 run-time library and headers', 'ZPL-2.1'],
     ['winpthreads', 'MIT AND BSD-3-Clause'],
   ]);
@@ -386,10 +386,12 @@ test('a signed program is the built one with a signature, and still passes every
   }
   assert.ok(bytes.length > original.length);
   assert.ok(bytes.subarray(0, original.length).equals(original));
-  const again = spawnSync(process.execPath, ['--test', fileURLToPath(new URL('program_file.test.mjs', import.meta.url))],
+  const tests = fileURLToPath(new URL('program_file.test.mjs', import.meta.url));
+  const again = spawnSync(process.execPath, ['--test', tests],
     { encoding: 'utf8', env: { ...process.env, ORVANTA_PROGRAM: signed, NODE_TEST_CONTEXT: undefined } });
   assert.equal(again.status, 0, again.stdout);
-  assert.match(again.stdout, /^# pass 7$|^ℹ pass 7$/m);
+  const count = readFileSync(tests, 'utf8').match(/^test\(/gm).length;
+  assert.match(again.stdout, new RegExp(`^[#ℹ] pass ${count}$`, 'm'));
 });
 
 test('a signed program is packed as such', () => {

@@ -1,5 +1,7 @@
 #include "child_roles.h"
 
+#include <cstdint>
+#include <cstring>
 #include <doctest/doctest.h>
 #include <stdexcept>
 
@@ -13,6 +15,10 @@
 #include "runs/install_run.h"
 #include "runs/uninstall_run.h"
 #include "test_files.h"
+
+// The compiler's own name.
+extern "C" std::uintptr_t
+    __stack_chk_guard; // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace {
 
@@ -68,6 +74,14 @@ int throw_in_run(LPTHREAD_START_ROUTINE run) {
     return 0;
 }
 
+int overrun_stack() {
+    char room[16];
+    // Not known to the compiler, which would complain.
+    volatile std::size_t too_much = 64;
+    std::memset(room, 'x', too_much);
+    return room[0];
+}
+
 } // namespace
 
 std::vector<std::wstring> relaunched_arguments() {
@@ -114,6 +128,14 @@ std::optional<int> play_child_role() {
     if (name == role_throw) {
         make_thread_quiet();
         fail_without_a_handler();
+    }
+    if (name == role_overrun_stack) {
+        // A call that cannot be inlined: the guard is looked at when it returns.
+        int (*volatile mistake)() = overrun_stack;
+        return mistake();
+    }
+    if (name == role_tell_stack_guard) {
+        return (__stack_chk_guard & 0xff) == 0 ? static_cast<int>(__stack_chk_guard >> 8 & 0x7fffffff) : 0;
     }
     return 99;
 }

@@ -28,6 +28,10 @@ inline constexpr wchar_t role_throw[] = L"throw";
 /// The same out of a step of a run, on a thread of its own; never comes back to write `reports_file`.
 inline constexpr wchar_t role_throw_in_install_run[] = L"throw in install run";
 inline constexpr wchar_t role_throw_in_uninstall_run[] = L"throw in uninstall run";
+/// Writes beyond its variables and returns, as a mistake would have it.
+inline constexpr wchar_t role_overrun_stack[] = L"overrun stack";
+/// Exits with a part of the value that guards its stack, or with 0 when a text could hold that value.
+inline constexpr wchar_t role_tell_stack_guard[] = L"tell stack guard";
 
 inline constexpr wchar_t relaunched_file[] = L"C:\\relaunched.txt";
 inline constexpr wchar_t reports_file[] = L"C:\\reports.txt";

@@ -66,3 +66,15 @@ TEST_CASE("an exception out of a run ends the process at once with 3") {
     CHECK(exit_code_of(role_throw_in_uninstall_run) == 3);
     CHECK_FALSE(is_there(reports_file));
 }
+
+TEST_CASE("a function that has overrun its stack ends the process at once") {
+    CHECK(exit_code_of(role_overrun_stack) == static_cast<DWORD>(STATUS_STACK_BUFFER_OVERRUN));
+}
+
+TEST_CASE("what guards the stack is another value in every process and cannot be part of a text") {
+    const DWORD first = exit_code_of(role_tell_stack_guard);
+    const DWORD second = exit_code_of(role_tell_stack_guard);
+    CHECK(first != 0);
+    CHECK(second != 0);
+    CHECK(first != second);
+}

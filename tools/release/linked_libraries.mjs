@@ -8,9 +8,9 @@ const target = 'x86_64-w64-mingw32';
 const libraries = [
   {
     id: 'GCC-runtime',
-    name: 'GCC run-time libraries (libstdc++, libgcc, libssp)',
+    name: 'GCC run-time libraries (libstdc++, libgcc)',
     licence: 'GPL-3.0-or-later WITH GCC-exception-3.1',
-    archives: ['libstdc++.a', 'libgcc.a', 'libgcc_eh.a', 'libssp.a'],
+    archives: ['libstdc++.a', 'libgcc.a', 'libgcc_eh.a'],
   },
   {
     id: 'mingw-w64-runtime',
