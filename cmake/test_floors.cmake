@@ -1,16 +1,32 @@
-# How tests of the four floors become CTest entries: doctest programs run on a
-# private Windows machine each, files of node tests by themselves.
+# How tests of the four floors become CTest entries: on Linux doctest programs run
+# on a private Windows machine each, on Windows as they are; files of node tests by
+# themselves.
 
 # Debian keeps doctest's one header beside the C library's own headers, which a
 # cross build must not see: give it a folder of its own.
-find_file(ORVANTA_DOCTEST_HEADER doctest/doctest.h PATHS /usr/include NO_DEFAULT_PATH REQUIRED
-  NO_CMAKE_FIND_ROOT_PATH)
+if(CMAKE_CROSSCOMPILING)
+  find_file(ORVANTA_DOCTEST_HEADER doctest/doctest.h PATHS /usr/include NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+else()
+  find_file(ORVANTA_DOCTEST_HEADER doctest/doctest.h)
+endif()
+if(NOT ORVANTA_DOCTEST_HEADER)
+  message(FATAL_ERROR "The unit tests need doctest: Debian's doctest-dev, MSYS2's mingw-w64-x86_64-doctest, or its "
+    "one header named by -DORVANTA_DOCTEST_HEADER=FILE. -DORVANTA_TESTS=OFF builds the program alone.")
+endif()
 configure_file("${ORVANTA_DOCTEST_HEADER}" "${CMAKE_BINARY_DIR}/test_headers/doctest/doctest.h" COPYONLY)
 
 add_library(orvanta_doctest INTERFACE)
 target_include_directories(orvanta_doctest SYSTEM INTERFACE "${CMAKE_BINARY_DIR}/test_headers")
 target_include_directories(orvanta_doctest INTERFACE "${CMAKE_SOURCE_DIR}/tests")
 target_link_libraries(orvanta_doctest INTERFACE orvanta_options)
+
+if(NOT ORVANTA_MACHINE_TESTS)
+  function(orvanta_add_doctest NAME LABEL PROGRAM)
+    add_test(NAME "${NAME}" COMMAND ${PROGRAM} ${ARGN})
+    set_tests_properties("${NAME}" PROPERTIES LABELS "${LABEL}" FAIL_REGULAR_EXPRESSION "test cases: +0 ")
+  endfunction()
+  return()
+endif()
 
 # What tests find in their environment; the names of things that the build has made.
 set(ORVANTA_TEST_ENVIRONMENT
