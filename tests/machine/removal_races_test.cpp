@@ -83,6 +83,17 @@ BOOL WINAPI older_system(HANDLE file, FILE_INFO_BY_HANDLE_CLASS request, LPVOID 
     return real_set(file, request, information, size);
 }
 
+/// An older system, and somebody who lets nobody delete.
+BOOL WINAPI older_system_that_refuses(HANDLE file, FILE_INFO_BY_HANDLE_CLASS request, LPVOID information,
+                                      DWORD size) {
+    if (request == FileDispositionInfo) {
+        note_request(file, request, information);
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    }
+    return older_system(file, request, information, size);
+}
+
 BOOL WINAPI somebody_is_faster(HANDLE file, FILE_INFO_BY_HANDLE_CLASS request, LPVOID information,
                                DWORD size) {
     if (name_of(file) == L"a.txt") {
@@ -179,6 +190,32 @@ TEST_CASE("an older system is asked in its own manner and a read-only file after
                                                   L"a.txt disposition flags 19", L"b.txt disposition",
                                                   L"b.txt disposition flags 19", L"tree disposition flags 19",
                                                   L"tree disposition"});
+}
+
+TEST_CASE("a read-only file that stays is read-only as before") {
+    write_file(L"C:\\tree\\a.txt", "x", FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    const DWORD before = attributes_of(L"C:\\tree\\a.txt");
+    const DWORD writable = before & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
+    REQUIRE(before != writable);
+    const InterceptedCall set("SetFileInformationByHandle", older_system_that_refuses);
+    CHECK(error_of([] { remove_tree(L"C:\\tree"); }) ==
+          file_error_text("remove_all", ERROR_ACCESS_DENIED, {L"C:\\tree\\a.txt"}));
+    CHECK(attributes_of(L"C:\\tree\\a.txt") == before);
+    REQUIRE(g_requests.size() > 5);
+    CHECK(std::vector<std::wstring>(g_requests.begin(), g_requests.begin() + 5) ==
+          std::vector<std::wstring>{L"a.txt disposition flags 19", L"a.txt disposition",
+                                    L"a.txt attributes " + std::to_wstring(writable), L"a.txt disposition",
+                                    L"a.txt attributes " + std::to_wstring(before)});
+}
+
+TEST_CASE("a file that goes as soon as somebody lets go of it is no error, only that its folder stays") {
+    write_file(L"C:\\tree\\a.txt", "x");
+    const OwnedFile holder(
+        CreateFileW(L"C:\\tree\\a.txt", DELETE, 7, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    FILE_DISPOSITION_INFO disposition = {TRUE};
+    REQUIRE(real_set(holder.get(), FileDispositionInfo, &disposition, sizeof disposition) != FALSE);
+    CHECK(error_of([] { remove_tree(L"C:\\tree"); }) ==
+          file_error_text("remove_all", ERROR_DIR_NOT_EMPTY, {L"C:\\tree"}));
 }
 
 TEST_CASE("a folder that a link has replaced since it was listed is not entered") {
