@@ -8,7 +8,7 @@ option(ORVANTA_LLD "Link with LLVM's linker (clang and lld must be installed)" $
 if(ORVANTA_LLD)
   find_program(ORVANTA_CLANG clang++ REQUIRED)
   execute_process(
-    COMMAND x86_64-w64-mingw32-g++-posix -print-libgcc-file-name
+    COMMAND x86_64-w64-mingw32-g++-win32 -print-libgcc-file-name
     OUTPUT_VARIABLE orvanta_libgcc OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   get_filename_component(orvanta_gcc_libraries "${orvanta_libgcc}" DIRECTORY)
   set(orvanta_link_driver
@@ -17,6 +17,4 @@ if(ORVANTA_LLD)
     "${orvanta_link_driver} <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
   set(CMAKE_CXX_CREATE_SHARED_LIBRARY
     "${orvanta_link_driver} -shared <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
-  # What GCC's driver would add by itself, in the order that static libraries need.
-  set(CMAKE_CXX_STANDARD_LIBRARIES "-lpthread")
 endif()

@@ -19,6 +19,8 @@ add_library(orvanta_doctest INTERFACE)
 target_include_directories(orvanta_doctest SYSTEM INTERFACE "${CMAKE_BINARY_DIR}/test_headers")
 target_include_directories(orvanta_doctest INTERFACE "${CMAKE_SOURCE_DIR}/tests")
 target_link_libraries(orvanta_doctest INTERFACE orvanta_options)
+# Its own locks and thread-local values need std::mutex; our cases check on one thread.
+target_compile_definitions(orvanta_doctest INTERFACE DOCTEST_CONFIG_NO_MULTITHREADING)
 
 if(NOT ORVANTA_MACHINE_TESTS)
   function(orvanta_add_doctest NAME LABEL PROGRAM)

@@ -11,7 +11,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
 execute_process(
-  COMMAND x86_64-w64-mingw32-g++-posix -print-libgcc-file-name
+  COMMAND x86_64-w64-mingw32-g++-win32 -print-libgcc-file-name
   OUTPUT_VARIABLE mingw_libgcc OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 get_filename_component(mingw_gcc_folder "${mingw_libgcc}" DIRECTORY)
 set(CMAKE_CXX_FLAGS_INIT

@@ -1,7 +1,6 @@
 #include <doctest/doctest.h>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <windows.h>
@@ -11,6 +10,7 @@
 #include "living_blocks.h"
 #include "readable.h"
 #include "runs/progress.h"
+#include "system_threads.h"
 #include "ui/page_channel.h"
 
 namespace {
@@ -94,12 +94,11 @@ TEST_CASE("texts and reports reach the window in their order as UTF-16 JSON") {
         post_to_page(std::string("nul \0 inside", 12));
         CHECK(PageWindow::received() == Texts{L"{\"action\":\"one\"}", L"", L"caf\u00E9 \u65E5 \U0001F512",
                                               L"bad \uFFFD byte", std::wstring(L"nul \0 inside", 12)});
-        std::thread worker([] {
+        run_on_another_thread([] {
             for (int i = 0; i < 100; ++i) {
                 post_to_page(std::to_string(i));
             }
         });
-        worker.join();
         const Texts texts = PageWindow::received();
         REQUIRE(texts.size() == 100);
         for (size_t i = 0; i < texts.size(); ++i) {

@@ -18,12 +18,6 @@ const libraries = [
     licence: 'ZPL-2.1',
     archives: ['libmingw32.a', 'libmingwex.a', 'libmsvcrt.a', 'libuuid.a'],
   },
-  {
-    id: 'winpthreads',
-    name: 'winpthreads',
-    licence: 'MIT AND BSD-3-Clause',
-    archives: ['libwinpthread.a'],
-  },
 ];
 
 // mingw-w64's as well: start files, which the map names with their folder, and what its import libraries give for a
@@ -32,7 +26,7 @@ const startFileOrImport = /^\/usr\/[\w-]+\/lib\/crt\w+\.o$|^lib\w+(s\d{5}|h|t)\.
 
 /** Where the compiler finds one of its libraries. */
 function compilersFile(name) {
-  const path = output(`${target}-g++-posix`, `-print-file-name=${name}`);
+  const path = output(`${target}-g++-win32`, `-print-file-name=${name}`);
   if (path === name) {
     throw new Error(`the compiler knows no ${name}`);
   }

@@ -26,7 +26,7 @@ const json = (value) => `${JSON.stringify(value, null, 2)}\n`;
 /** What a build depends on. */
 function buildTools() {
   const tools = {};
-  for (const tool of ['x86_64-w64-mingw32-g++-posix', 'x86_64-w64-mingw32-windres', 'clang++', 'ld.lld', 'cmake',
+  for (const tool of ['x86_64-w64-mingw32-g++-win32', 'x86_64-w64-mingw32-windres', 'clang++', 'ld.lld', 'cmake',
     'ninja', 'node']) {
     tools[tool] = output(tool, '--version').split('\n')[0];
   }

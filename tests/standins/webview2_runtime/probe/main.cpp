@@ -7,13 +7,13 @@
 #include <iostream>
 #include <memory>
 #include <string>
-#include <thread>
 #include <utility>
 
 #include <objbase.h>
 
 #include "commands.h"
 #include "objects.h"
+#include "system_threads.h"
 
 namespace {
 
@@ -72,7 +72,7 @@ int main(int argc, char** argv) {
         std::printf("not started: error %lu\n", GetLastError());
         return 3;
     }
-    std::thread(read_commands, window).detach();
+    start_detached_thread([window] { read_commands(window); });
 
     MSG message = {};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {

@@ -4,7 +4,6 @@
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 #include <objbase.h>
@@ -12,6 +11,7 @@
 #include "handler.h"
 #include "objects.h"
 #include "print.h"
+#include "system_threads.h"
 
 namespace {
 
@@ -148,7 +148,7 @@ void execute_script_without_handler(std::istream& words) {
 
 void call_from_another_thread(std::istream& /*words*/) {
     HRESULT result = S_OK;
-    std::thread([&result] { result = g_view->PostWebMessageAsString(L"from elsewhere"); }).join();
+    run_on_another_thread([&result] { result = g_view->PostWebMessageAsString(L"from elsewhere"); });
     print("other thread " + hex(result));
 }
 

@@ -4,9 +4,10 @@
 #include <atomic>
 #include <mutex>
 #include <string>
-#include <thread>
 
 #include <winsock2.h>
+
+#include "system_threads.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ constexpr std::uint32_t longest_message = 64U * 1024 * 1024;
 
 SOCKET g_socket = INVALID_SOCKET;
 std::atomic<bool> g_is_connected = false;
-std::mutex g_send_lock;
+SystemLock g_send_lock;
 
 unsigned short port_of_bridge() {
     wchar_t text[16] = {};
@@ -69,7 +70,7 @@ void send_to_bridge(MessageWriter& message) {
     if (!g_is_connected) {
         return;
     }
-    const std::lock_guard<std::mutex> guard(g_send_lock);
+    const std::lock_guard<SystemLock> guard(g_send_lock);
     std::string_view bytes = message.finish();
     while (!bytes.empty()) {
         const int sent = send(g_socket, bytes.data(), static_cast<int>(bytes.size()), 0);
@@ -95,11 +96,11 @@ std::optional<MessageReader> receive_from_bridge() {
 
 void start_receiving(std::function<void(MessageReader)> on_message, std::function<void()> on_lost) {
     // Ends with the connection or the process; nobody waits for it.
-    std::thread([on_message = std::move(on_message), on_lost = std::move(on_lost)] {
+    start_detached_thread([on_message = std::move(on_message), on_lost = std::move(on_lost)] {
         while (auto message = receive_from_bridge()) {
             on_message(std::move(*message));
         }
         g_is_connected = false;
         on_lost();
-    }).detach();
+    });
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "journal.h"
+#include "system_threads.h"
 
 namespace {
 
@@ -17,7 +18,7 @@ HWND g_event_window = nullptr;
 bool g_is_running_event = false; // UI thread only
 
 // Never freed: what still waits at process exit must not run or be destroyed then.
-auto& g_events_lock = *new std::mutex();
+auto& g_events_lock = *new SystemLock();
 auto& g_events = *new std::deque<std::function<void()>>();
 bool g_is_wake_posted = false;
 
@@ -31,7 +32,7 @@ void post_wake_if_needed() {
 void run_next_event() {
     std::function<void()> event;
     {
-        const std::lock_guard<std::mutex> guard(g_events_lock);
+        const std::lock_guard<SystemLock> guard(g_events_lock);
         g_is_wake_posted = false;
         if (g_events.empty()) {
             return;
@@ -46,7 +47,7 @@ void run_next_event() {
     g_is_running_event = true;
     event();
     g_is_running_event = false;
-    const std::lock_guard<std::mutex> guard(g_events_lock);
+    const std::lock_guard<SystemLock> guard(g_events_lock);
     post_wake_if_needed();
 }
 
@@ -87,7 +88,7 @@ void adopt_ui_thread() {
 }
 
 void run_on_ui_thread(std::function<void()> event) {
-    const std::lock_guard<std::mutex> guard(g_events_lock);
+    const std::lock_guard<SystemLock> guard(g_events_lock);
     g_events.push_back(std::move(event));
     post_wake_if_needed();
 }
