@@ -51,6 +51,7 @@ test('each quarter of a download and of what follows it is one line, and the res
 
 test('a work that stands still says so again and again', { timeout: 60000 }, async (t) => {
   const progress = spawn(join(tools, 'apt_progress'), [join(makeFolder(t), 'log'), '1'], { stdio: ['pipe', 'ignore', 'pipe'] });
+  t.after(() => progress.kill());
   progress.stdin.write('dlstatus:1:7.5:Retrieving file 1 of 3\n');
   let shown = '';
   while (shown.split('\n').length < 3) {
