@@ -28,7 +28,7 @@ describe('the window', { concurrency: 3 }, () => {
     const from = names.indexOf('create controller');
     assert.deepEqual(steps.slice(0, from).filter(([name]) => name.startsWith('CreateWebView')), [
       ['CreateWebViewEnvironmentWithOptionsInternal',
-        `true, 0, C:\\users\\${machine.user}\\Temp\\VeyraInstaller_WebView2, null`]]);
+        `true, 0, ${await machine.temporaryFolder()}\\VeyraInstaller_WebView2, null`]]);
     assert.deepEqual(names.slice(from).filter((name) => !/handled|Release/.test(name)), [
       'create controller',
       'ICoreWebView2Controller::get_CoreWebView2',

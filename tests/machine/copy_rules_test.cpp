@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include "base.h"
 #include "linkward/deployment.h"
 #include "read_files.h"
 #include "recorded_reports.h"
@@ -151,6 +152,11 @@ struct Expected {
     size_t filters = 0;
 };
 
+/// What a copy of an entry is, over an older copy of it as well.
+Entry copy_of(const Entry& entry) {
+    return {entry.bytes, attributes_of_copy(entry.attributes)};
+}
+
 /// Puts the deployment of one source on top of what is there already.
 void deploy_on_paper(const std::wstring& source, Expected& expected) {
     for (const auto& [path, entry] : read_with_content(source)) {
@@ -162,13 +168,13 @@ void deploy_on_paper(const std::wstring& source, Expected& expected) {
         }
         if (ends_in(top, L".vybf")) {
             if (!is_nested && !is_folder) {
-                expected.data[path] = entry;
+                expected.data[path] = copy_of(entry);
                 ++expected.filters;
             }
             continue;
         }
         const bool is_package = ends_in(top, L".crx") && !is_nested && !is_folder;
-        expected.installed[is_package ? L"extensions\\" + path : path] = entry;
+        expected.installed[is_package ? L"extensions\\" + path : path] = copy_of(entry);
         expected.counted += is_nested || is_folder ? 0 : 1;
     }
 }

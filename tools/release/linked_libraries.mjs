@@ -24,6 +24,9 @@ const libraries = [
 // call of Windows.
 const startFileOrImport = /^\/usr\/[\w-]+\/lib\/crt\w+\.o$|^lib\w+(s\d{5}|h|t)\.o$/;
 
+// GCC's own, which clang of Debian 13 links with as well.
+const compilersStartFile = /^\/usr\/lib\/gcc\/x86_64-w64-mingw32\/[\w.-]+\/crt(begin|end)\.o$/;
+
 /** Where the compiler finds one of its libraries. */
 function compilersFile(name) {
   const path = output(`${target}-g++-win32`, `-print-file-name=${name}`);
@@ -67,7 +70,8 @@ export function linkedLibraries(mapFile) {
   }
   const linked = new Set();
   for (const object of objects) {
-    const owner = ownerOf.get(object) ?? (startFileOrImport.test(object) ? libraries[1] : undefined);
+    const owner = ownerOf.get(object) ?? (startFileOrImport.test(object) ? libraries[1]
+      : compilersStartFile.test(object) ? libraries[0] : undefined);
     if (!owner) {
       throw new Error(`the program holds ${object}, which is of no library that the notices know`);
     }

@@ -113,6 +113,15 @@ export async function makeMachine(t, { display } = {}) {
       return name;
     },
 
+    /** The Windows user's folder for temporary files: `Temp` in the user's own under Wine 8, in AppData\Local under 10. */
+    async temporaryFolder() {
+      const { code, stdout } = await machine.run('cmd.exe', ['/c', 'echo %TEMP%']);
+      if (code !== 0) {
+        throw new Error(`the machine does not say where its temporary files are (${code})`);
+      }
+      return stdout.trimEnd();
+    },
+
     /** Gives the machine something; the verbs and what they need are those of tests/support/machine. */
     prepare: finish,
 

@@ -1,10 +1,11 @@
 // What an installation and a removal make of a drive, written from what the products promise and not from the
 // program's code. Trees are those of tree.mjs; `root` is the root of drive C and is changed in place.
 //
-// It stays within what Wine gives: whoever may write to a file can replace it there, and it keeps its attributes. Root
-// may write to a read-only one; for anybody else the program makes it replaceable, as it has to on Windows (where
-// then what takes its place has the attributes of the source).
+// It stays within what Wine gives: whoever may write to a file can replace it there, and under Wine 8 it keeps its
+// attributes. Root may write to a read-only one; for anybody else the program makes it replaceable, as it has to on
+// Windows (where then what takes its place has the attributes of the source).
 
+import { copyTakesAttributes } from '../../support/bases.mjs';
 import { at, child, entry, file, folder, followed, inOrder, put, remove } from './tree.mjs';
 
 const makers = 'Program Files/Brackenfold';
@@ -37,7 +38,8 @@ function copyFile(source, place, name, locked) {
   if (source?.kind !== 'file' || target?.kind === 'folder' || locked.has(target)) {
     throw new Refusal(`no copy to ${name}`);
   }
-  put(place, name, file(source.bytes, { readOnly: target ? isRoot && target.readOnly : source.readOnly }));
+  const readOnly = !target || copyTakesAttributes ? source.readOnly : isRoot && target.readOnly;
+  put(place, name, file(source.bytes, { readOnly }));
 }
 
 /** Adds everything in a folder to another one and ends where something is refused. */

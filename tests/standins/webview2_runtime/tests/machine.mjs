@@ -18,6 +18,7 @@ export function startMachine({ display }) {
   const env = { ...process.env, DISPLAY: display, WINEPREFIX: prefix };
   const shell = (script, ...words) => ['-euc', `. "$0"; ${script}`, wineEnvironment, ...words];
   execFileSync('bash', shell('copy_machine "$1"', prefix), { env });
+  const switchOff = () => execFileSync('bash', shell('stop_machine "$1"', prefix), { env });
   return {
     prefix,
     /** Starts a Windows program; its streams are pipes. */
@@ -26,8 +27,10 @@ export function startMachine({ display }) {
     }),
     /** Runs a Windows program to its end. */
     run: (...words) => execFileSync('bash', shell('exec wine64 "$@"', ...words), { env, stdio: ['ignore', 'pipe', 'pipe'] }),
+    /** Ends every program; the next one starts Windows anew. */
+    switchOff,
     stop() {
-      execFileSync('bash', shell('stop_machine "$1"', prefix), { env });
+      switchOff();
       rmSync(prefix, { recursive: true });
     },
   };

@@ -76,9 +76,10 @@ export async function startLoadedPair(t, options) {
   return pair;
 }
 
-/** The machine's DPI, for programs that start from now on. */
+/** The machine's DPI, for programs that start from now on; any other program ends, as Wine 10 wants it for that. */
 export function setDpi(dpi) {
   machine.run('reg', 'add', 'HKCU\\Control Panel\\Desktop', '/v', 'LogPixels', '/t', 'REG_DWORD', '/d', String(dpi), '/f');
+  machine.switchOff();
 }
 
 /** Who did what, in order. */

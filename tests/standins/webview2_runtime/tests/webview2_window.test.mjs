@@ -7,23 +7,6 @@ import { join } from 'node:path';
 import { test } from 'node:test';
 import { display, folder, setDpi, startLoadedPair } from './pairs.mjs';
 
-test('the page follows the bounds and the DPI', async (t) => {
-  setDpi(144);
-  t.after(() => setDpi(96));
-  const { probe, program } = await startLoadedPair(t);
-  const size = () => program.page.evaluate(() => [innerWidth, innerHeight, devicePixelRatio]);
-  assert.match(await probe.run('bounds 0 0 1380 960'), /child 0 0 1380 960$/);
-  await probe.run('script 1');
-  assert.equal(program.transcript.findLast(({ event }) => event === 'bounds').dpi, 144);
-  assert.deepEqual(await size(), [920, 640, 1.5]);
-  await probe.run('bounds 0 0 0 0'); // minimised
-  await probe.run('script 1');
-  assert.deepEqual(await size(), [920, 640, 1.5]);
-  const png = await program.screenshot(join(folder, 'shot.png'));
-  assert.deepEqual([png.readUInt32BE(16), png.readUInt32BE(20)], [1380, 960]);
-  assert.deepEqual(readFileSync(join(folder, 'shot.png')), png);
-});
-
 test('a colour that is neither opaque nor clear is refused', async (t) => {
   const { probe } = await startLoadedPair(t);
   assert.equal(await probe.run('background 128 8 12 20'), 'background 0x80070057');
@@ -51,4 +34,21 @@ test('with a screen the page is seen in the program\'s window, and the mouse and
     useScreen('key', key);
     assert.equal(await probe.next(), `message key ${name}`);
   }
+});
+
+// Comes last: the machine keeps its DPI.
+test('the page follows the bounds and the DPI', async (t) => {
+  setDpi(144);
+  const { probe, program } = await startLoadedPair(t);
+  const size = () => program.page.evaluate(() => [innerWidth, innerHeight, devicePixelRatio]);
+  assert.match(await probe.run('bounds 0 0 1380 960'), /child 0 0 1380 960$/);
+  await probe.run('script 1');
+  assert.equal(program.transcript.findLast(({ event }) => event === 'bounds').dpi, 144);
+  assert.deepEqual(await size(), [920, 640, 1.5]);
+  await probe.run('bounds 0 0 0 0'); // minimised
+  await probe.run('script 1');
+  assert.deepEqual(await size(), [920, 640, 1.5]);
+  const png = await program.screenshot(join(folder, 'shot.png'));
+  assert.deepEqual([png.readUInt32BE(16), png.readUInt32BE(20)], [1380, 960]);
+  assert.deepEqual(readFileSync(join(folder, 'shot.png')), png);
 });
