@@ -44,6 +44,8 @@ export function releaseFacts() {
     time: new Date(seconds * 1000),
     publisherUrl: find('cmake/product_options.cmake', /ORVANTA_PUBLISHER_URL "([^"]+)"/),
     publisher: find('resources/OrvantaInstaller.rc', /"CompanyName", "([^"]+)"/),
+    productName: find('resources/OrvantaInstaller.rc', /"ProductName", "([^"]+)"/),
+    fileCopyright: find('resources/OrvantaInstaller.rc', /"LegalCopyright", "([^"]+)"/),
     copyright: find('LICENSE', /^(Copyright .+)$/m),
     entries: [uninstallEntry('console', 'fwc'), uninstallEntry('linkward', 'linkward')],
     requiredFiles: [

@@ -1,4 +1,5 @@
-// Which libraries of others the program holds parts of, as its linker's map tells.
+// Which code of others is in what we release: parts of libraries in the program, as its linker's map tells, and what
+// unpacks the setup file.
 
 import { readFileSync } from 'node:fs';
 import { output } from './facts.mjs';
@@ -42,6 +43,16 @@ function packageOf(file) {
   const [version, source, sourceVersion] = output('dpkg-query', '-W',
     '-f=${Version}\n${source:Package}\n${source:Version}', name).split('\n');
   return { name, version, source, sourceVersion, copyrightFile: `/usr/share/doc/${name}/copyright` };
+}
+
+/** The code that a setup file begins with, which is NSIS's, as linkedLibraries gives a library. */
+export function setupStub() {
+  return {
+    id: 'NSIS-exehead',
+    name: 'NSIS exehead with its LZMA decompressor',
+    licence: 'Zlib AND (CPL-1.0 WITH LZMA-exception)',
+    package: packageOf('/usr/share/nsis/Stubs/lzma-amd64-unicode'),
+  };
 }
 
 /** The object files that the map names, apart from the program's own. */

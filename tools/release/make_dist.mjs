@@ -1,21 +1,23 @@
 // Makes the files of a release from a finished program.
 //
-//   node tools/release/make_dist.mjs --program FILE --built FILE --map FILE --out FOLDER [--products FOLDER]
+//   node tools/release/make_dist.mjs --program FILE --built FILE --map FILE --out FOLDER
+//                                    [--setup FILE --setup-built FILE]
 //
-// --program is what customers get, --built the same program before it was signed, --map its linker's map. Everything
-// but the program comes from the tree that this script is in, and from the packages that the program was built with.
+// --program is what customers get, --built the same program before it was signed, --map its linker's map; --setup and
+// --setup-built are the same of a setup file that holds the program. All else comes from the tree that this script is
+// in, and from the packages that the program was built with.
 
 import { spawnSync } from 'node:child_process';
 import {
-  chmodSync, copyFileSync, lstatSync, mkdirSync, mkdtempSync, readdirSync, readFileSync, renameSync, rmSync,
-  statSync, utimesSync, writeFileSync,
+  chmodSync, copyFileSync, mkdirSync, mkdtempSync, readdirSync, readFileSync, renameSync, rmSync, statSync, utimesSync,
+  writeFileSync,
 } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { basename, dirname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 import { output, releaseFacts, sha256 } from './facts.mjs';
-import { linkedLibraries } from './linked_libraries.mjs';
+import { linkedLibraries, setupStub } from './linked_libraries.mjs';
 import { thirdPartyNotices } from './notices.mjs';
 import { spdxDocument } from './sbom.mjs';
 import { wingetManifests } from './winget.mjs';
@@ -30,6 +32,7 @@ function buildTools() {
     'ninja', 'node']) {
     tools[tool] = output(tool, '--version').split('\n')[0];
   }
+  tools.makensis = output('makensis', '-VERSION');
   const packages = {};
   for (const name of output('tools/bootstrap', '--list', 'build', 'release').split('\n').sort()) {
     const version = spawnSync('dpkg-query', ['-W', '-f=${Version}', name], { encoding: 'utf8' });
@@ -37,37 +40,6 @@ function buildTools() {
   }
   const system = /^PRETTY_NAME="(.*)"$/m.exec(readFileSync('/etc/os-release', 'utf8'))[1];
   return { system, tools, packages, npm_lock_sha256: sha256(join(root, 'package-lock.json')) };
-}
-
-/** The plain files below a folder, sorted by their bytes. Throws for anything that has no place in a download. */
-function productFiles(folder, facts) {
-  const files = [];
-  const walk = (below) => {
-    for (const name of readdirSync(join(folder, below))) {
-      const file = join(below, name);
-      const kind = lstatSync(join(folder, file));
-      if (kind.isDirectory()) {
-        walk(file);
-      } else if (!kind.isFile()) {
-        throw new Error(`${file} among the products is neither a file nor a folder`);
-      } else if (/\.pem$/i.test(name)) {
-        throw new Error(`${file} among the products is a key, which nobody else may get`);
-      } else {
-        files.push(file);
-      }
-    }
-  };
-  walk('');
-  for (const file of facts.requiredFiles) {
-    if (!files.includes(file)) {
-      throw new Error(`${file} is missing among the products`);
-    }
-  }
-  const clash = files.find((file) => /^orvantainstaller(\.exe|-license\.txt|-notices\.txt)$/i.test(file));
-  if (clash) {
-    throw new Error(`${clash} is among the products; the release brings its own`);
-  }
-  return files.sort();
 }
 
 /** A zip whose bytes depend on names and contents alone: one time for all, one mode, in order. */
@@ -98,11 +70,15 @@ function makeZip(zip, files, time) {
   }
 }
 
-function makeDist({ program, built, map, out, products }) {
+/** What the build record says of a file that may have been signed. */
+const fileRecord = (file, shipped, built) => ({
+  file, size_bytes: statSync(shipped).size, sha256: sha256(shipped), is_signed: sha256(shipped) !== sha256(built),
+  sha256_before_signing: sha256(built),
+});
+
+function makeDist({ program, built, map, out, setup, 'setup-built': setupBuilt }) {
   const facts = releaseFacts();
   const libraries = linkedLibraries(map);
-  const toShip = products ? productFiles(products, facts) : [];
-  const programSha256 = sha256(program);
   mkdirSync(out);
   const put = (name, text) => writeFileSync(join(out, name), text);
 
@@ -113,30 +89,24 @@ function makeDist({ program, built, map, out, products }) {
     ['LICENSE', join(root, 'LICENSE')], ['README.md', join(root, 'README.md')], ['THIRD-PARTY-NOTICES.txt', notices],
   ];
   makeZip(join(out, zip), [...documents, ['OrvantaInstaller.exe', program]].sort(), facts.time);
-  put(`${name}.spdx.json`, json(spdxDocument(facts, libraries, programSha256)));
 
-  if (products) {
-    // Licence and notices are installed with the products, beside the copy of the program that stays there.
-    const suite = `${name}-x64-with-products.zip`;
-    const ours = [['OrvantaInstaller-LICENSE.txt', join(root, 'LICENSE')], ['OrvantaInstaller-NOTICES.txt', notices],
-      ['OrvantaInstaller.exe', program]];
-    makeZip(join(out, suite), [...ours, ...toShip.map((file) => [file, join(products, file)])].sort(), facts.time);
+  const setupFile = setup && { name: `${name}-x64-setup.exe`, sha256: sha256(setup), stub: setupStub() };
+  if (setupFile) {
+    copyFileSync(setup, join(out, setupFile.name));
     mkdirSync(join(out, 'winget'));
-    const manifests = wingetManifests(facts, { zipName: suite, zipSha256: sha256(join(out, suite)) });
-    for (const [file, text] of Object.entries(manifests)) {
+    for (const [file, text] of Object.entries(wingetManifests(facts, setupFile))) {
       put(join('winget', file), text);
     }
   }
+  put(`${name}.spdx.json`, json(spdxDocument(facts, { libraries, programSha256: sha256(program), setupFile })));
 
   put(`${name}.build.json`, json({
     name: 'OrvantaInstaller',
     version: facts.version,
     commit: facts.commit,
     commit_time: facts.time.toISOString(),
-    program: {
-      file: 'OrvantaInstaller.exe', size_bytes: statSync(program).size, sha256: programSha256,
-      is_signed: programSha256 !== sha256(built), sha256_before_signing: sha256(built),
-    },
+    program: fileRecord('OrvantaInstaller.exe', program, built),
+    ...setupFile && { setup_file: fileRecord(setupFile.name, setup, setupBuilt) },
     linked: libraries.map(({ name: library, package: { name: from, version } }) => ({ library, package: from, version })),
     built_with: buildTools(),
   }));
@@ -146,7 +116,7 @@ function makeDist({ program, built, map, out, products }) {
 }
 
 const { values } = parseArgs({
-  options: Object.fromEntries(['program', 'built', 'map', 'out', 'products'].map((name) => [name, { type: 'string' }])),
+  options: Object.fromEntries(['program', 'built', 'map', 'out', 'setup', 'setup-built'].map((name) => [name, { type: 'string' }])),
 });
 try {
   // All or nothing: what has gone wrong half-way must not be taken for a release.

@@ -5,10 +5,10 @@ const schemaVersion = '1.6.0';
 const head = (kind) => `# yaml-language-server: $schema=https://aka.ms/winget-manifest.${kind}.${schemaVersion}.schema.json\n\n`;
 
 /**
- * File names and texts of the manifests for a zip that holds the program beside the product files. The program is told
- * what to do; it is no MSI, so what it leaves in Add/Remove Programs is named here.
+ * File names and texts of the manifests for a setup file: { name, sha256 }. It is told what to do; it is no MSI, so what
+ * it leaves in Add/Remove Programs is named here.
  */
-export function wingetManifests(facts, { zipName, zipSha256 }) {
+export function wingetManifests(facts, { name, sha256 }) {
   const id = `${facts.publisher}.OrvantaInstaller`;
   const tail = (type) => `ManifestType: ${type}\nManifestVersion: ${schemaVersion}\n`;
   const common = `PackageIdentifier: ${id}\nPackageVersion: ${facts.version}\n`;
@@ -23,10 +23,7 @@ export function wingetManifests(facts, { zipName, zipSha256 }) {
     [`${id}.installer.yaml`]: `${head('installer')}${common}Platform:
 - Windows.Desktop
 MinimumOSVersion: 10.0.15063.0
-InstallerType: zip
-NestedInstallerType: exe
-NestedInstallerFiles:
-- RelativeFilePath: OrvantaInstaller.exe
+InstallerType: exe
 Scope: machine
 InstallModes:
 - interactive
@@ -38,16 +35,18 @@ InstallerSwitches:
 ExpectedReturnCodes:
 - InstallerReturnCode: 1
   ReturnResponse: contactSupport
+- InstallerReturnCode: 2
+  ReturnResponse: contactSupport
 - InstallerReturnCode: 3
   ReturnResponse: contactSupport
 UpgradeBehavior: install
-ElevationRequirement: elevationRequired
+ElevationRequirement: elevatesSelf
 ReleaseDate: ${facts.time.toISOString().slice(0, 10)}
 AppsAndFeaturesEntries:
 ${entries}Installers:
 - Architecture: x64
-  InstallerUrl: ${facts.publisherUrl}download/${facts.version}/${zipName}
-  InstallerSha256: ${zipSha256.toUpperCase()}
+  InstallerUrl: ${facts.publisherUrl}download/${facts.version}/${name}
+  InstallerSha256: ${sha256.toUpperCase()}
 ${tail('installer')}`,
     [`${id}.locale.en-US.yaml`]: `${head('defaultLocale')}${common}PackageLocale: en-US
 Publisher: ${facts.publisher}

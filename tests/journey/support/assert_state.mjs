@@ -38,8 +38,8 @@ function assertConsole(machine, report, files = expected.consoleFiles) {
   assertConsoleRegistered(machine, report);
 }
 
-function assertLinkward(report) {
-  assert.deepEqual(filesOf(report, 'Veyra Linkward'), expected.linkwardFiles);
+function assertLinkward(report, files = expected.linkwardFiles) {
+  assert.deepEqual(filesOf(report, 'Veyra Linkward'), files);
   assert.deepEqual(expected.filesBelow(report, expected.programData), expected.dataFiles);
   assertLinkwardRegistered(report);
   assert.equal(report.service.state, 'running');
@@ -50,11 +50,11 @@ function assertNothingElse(report, products) {
   assert.deepEqual([report.policies, report.pending], [[], []]);
 }
 
-/** `consoleFiles` for an installation from a source that lacks one. */
-export async function assertBothInstalled(machine, { consoleFiles } = {}) {
+/** `consoleFiles` for an installation from a source that lacks one, `linkwardFiles` for one that has more. */
+export async function assertBothInstalled(machine, { consoleFiles, linkwardFiles } = {}) {
   const report = await machine.report();
   assertConsole(machine, report, consoleFiles);
-  assertLinkward(report);
+  assertLinkward(report, linkwardFiles);
   assertNothingElse(report, 2);
   return report;
 }

@@ -22,6 +22,10 @@ export const linkwardFiles = [
   'Veyra Linkward\\VeyraLinkwardInstaller.exe',
 ];
 
+/** The setup file adds licence and notices to the products. */
+export const linkwardFilesOfSetup = linkwardFiles.flatMap((path) => (path.endsWith('\\Read me first.txt')
+  ? ['Veyra Linkward\\OrvantaInstaller-LICENSE.txt', 'Veyra Linkward\\OrvantaInstaller-NOTICES.txt', path] : [path]));
+
 export const dataFiles = ['Veyra Linkward\\malware-sites.vybf', 'Veyra Linkward\\phishing-sites.vybf'];
 
 const uninstallRoot = 'SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\';

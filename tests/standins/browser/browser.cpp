@@ -2,7 +2,7 @@
 // chrome.exe and so on: writes its own path, a tab and its command line, exactly
 // as it was started, to C:\browsers.log. With --stay it then keeps running until
 // somebody ends it, two minutes at most, or --stay=MILLISECONDS; the exit code is
-// 98 when nobody did.
+// 98 when nobody did. With --exit=CODE it ends at once with that code.
 #include <cstdlib>
 #include <string_view>
 
@@ -13,6 +13,7 @@
 namespace {
 
 constexpr std::wstring_view stay_option = L"--stay";
+constexpr std::wstring_view exit_option = L"--exit=";
 constexpr int nobody_ended_it = 98;
 
 DWORD longest_stay_ms(const wchar_t* behind_option) {
@@ -27,6 +28,10 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*argum
     const std::wstring_view command_line = GetCommandLineW();
     if (!append_line(L"C:\\browsers.log", {path, L"\t", command_line})) {
         return 99;
+    }
+    const std::size_t exit = command_line.find(exit_option);
+    if (exit != std::wstring_view::npos) {
+        return static_cast<int>(std::wcstol(command_line.data() + exit + exit_option.size(), nullptr, 10));
     }
     const std::size_t stay = command_line.find(stay_option);
     if (stay == std::wstring_view::npos) {
