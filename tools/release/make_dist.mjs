@@ -6,12 +6,8 @@
 // but the program comes from the tree that this script is in, and from the packages that the program was built with.
 
 import { spawnSync } from 'node:child_process';
-import {
-  chmodSync, copyFileSync, lstatSync, mkdirSync, mkdtempSync, readdirSync, readFileSync, renameSync, rmSync,
-  statSync, utimesSync, writeFileSync,
-} from 'node:fs';
-import { tmpdir } from 'node:os';
-import { basename, dirname, join } from 'node:path';
+import { lstatSync, mkdirSync, readdirSync, readFileSync, renameSync, rmSync, statSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 import { output, releaseFacts, sha256 } from './facts.mjs';
@@ -19,6 +15,7 @@ import { linkedLibraries } from './linked_libraries.mjs';
 import { thirdPartyNotices } from './notices.mjs';
 import { spdxDocument } from './sbom.mjs';
 import { wingetManifests } from './winget.mjs';
+import { makeZip } from './zip.mjs';
 
 const root = fileURLToPath(new URL('../../', import.meta.url));
 const json = (value) => `${JSON.stringify(value, null, 2)}\n`;
@@ -68,34 +65,6 @@ function productFiles(folder, facts) {
     throw new Error(`${clash} is among the products; the release brings its own`);
   }
   return files.sort();
-}
-
-/** A zip whose bytes depend on names and contents alone: one time for all, one mode, in order. */
-function makeZip(zip, files, time) {
-  const staged = mkdtempSync(join(tmpdir(), 'orvanta-release-'));
-  try {
-    for (const [name, content] of files) {
-      const file = join(staged, name);
-      mkdirSync(dirname(file), { recursive: true });
-      if (Buffer.isBuffer(content)) {
-        writeFileSync(file, content);
-      } else {
-        copyFileSync(content, file);
-      }
-      chmodSync(file, 0o644);
-      utimesSync(file, time, time);
-    }
-    const made = spawnSync('zip', ['-q', '-X', '-9', 'made.zip', '-@'], {
-      cwd: staged, encoding: 'utf8', input: files.map(([name]) => `${name}\n`).join(''),
-      env: { PATH: process.env.PATH, TZ: 'UTC', LC_ALL: 'C.UTF-8' },
-    });
-    if (made.status !== 0) {
-      throw new Error(`zip could not make ${basename(zip)}: ${made.stdout}${made.stderr}`);
-    }
-    copyFileSync(join(staged, 'made.zip'), zip);
-  } finally {
-    rmSync(staged, { recursive: true });
-  }
 }
 
 function makeDist({ program, built, map, out, products }) {
