@@ -6,6 +6,7 @@ import { createHash } from 'node:crypto';
 import { cpSync, existsSync, mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
 import { startBridge } from '../standins/webview2_runtime/bridge/bridge.mjs';
+import { browserNames } from '../support/browsers/browsers.mjs';
 import { assertBothInstalled, assertNothingInstalled } from './support/assert_state.mjs';
 import * as expected from './support/expected_state.mjs';
 import { built, installer, makeMachine } from './support/machine.mjs';
@@ -68,6 +69,7 @@ const notOnWine = Object.entries(steps).flatMap(([step, products]) => [
   ...products > 0 ? [[step, 'service', 'after a failure'], [step, 'service', 'reset period']] : [],
   [step, 'update task', 'in Task Scheduler'],
 ]);
+const shortcutFields = ['arguments', 'description', 'file', 'icon', 'target', 'working folder'];
 const whatOf = (report, step, area) => report.steps.find(({ name }) => name === step).rows
   .filter((row) => row.area === area).map(({ what }) => what);
 
@@ -115,8 +117,7 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
         'display name', 'error control', 'load order group', 'name', 'program', 'reset period', 'start type', 'state', 'type']);
       assert.deepEqual(whatOf(report, step, 'update task'),
         ['account', 'in Task Scheduler', 'name', 'recorded command', 'run level', 'runs', 'schedule']);
-      assert.deepEqual(whatOf(report, step, 'shortcut'),
-        ['arguments', 'description', 'file', 'icon', 'target', 'working folder']);
+      assert.deepEqual(whatOf(report, step, 'shortcut'), shortcutFields);
     }
     assert.equal(rowOf(report, 'installation', 'update task', 'recorded command').expected, expected.createTaskCommand);
     assert.equal(rowOf(report, 'installation of a service that fails', 'service', 'state').expected, 'stopped');
@@ -132,6 +133,7 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
   test('names whatever is different, and nothing else', async (t) => {
     const machine = await makeKitMachine(t);
     const linkwardEntry = `HKLM\\${expected.linkwardEntry.key}`;
+    const consoleEntry = `HKLM\\${expected.consoleEntry('any').key}`;
     const chromeHost = 'HKLM\\SOFTWARE\\Google\\Chrome\\NativeMessagingHosts\\com.veyra.linkward';
     const chromePolicy = 'HKLM\\SOFTWARE\\Policies\\Google\\Chrome\\ExtensionInstallForcelist';
     const session = 'HKLM\\SYSTEM\\CurrentControlSet\\Control\\Session Manager';
@@ -142,29 +144,37 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
     const shortcut = `C:\\users\\${machine.user}\\Desktop\\Fortwright Console.lnk`;
     const distribution = 'C:\\Program Files\\Mozilla Firefox\\distribution';
 
+    // A move that somebody else has asked for.
+    const moved = ['add', session, '/v', 'PendingFileRenameOperations', '/t', 'REG_MULTI_SZ', '/d', '\\??\\C:\\a\\0!\\??\\C:\\b'];
+    assert.equal((await machine.run('reg.exe', [...moved, '/f'])).code, 0);
+    const lostMove = ['at the next start', 'entries of others'];
+
     // What is done after a step, and what must then be named; most of it is mended by the next.
     const faults = [
       ['installation', `echo more>>"${chromiumManifest}"`, [['files', chromiumManifest]]],
-      ['installation over a damaged one', `reg add "${linkwardEntry}" /v Foreign /d x /f /reg:64`,
-        [['uninstall entries', `${linkwardEntry}: Foreign`]]],
-      ['removal', `reg add "${chromeHost}" /ve /d C:\\foreign.json /f`, [['native messaging', `${chromeHost}: (default)`]]],
+      ['installation over a damaged one',
+        `reg add "${linkwardEntry}" /v Foreign /d x /f & reg add "${linkwardEntry}" /v Wrong /d x /f /reg:32`,
+        [['uninstall entries', `${linkwardEntry}: Foreign`], ['uninstall entries', `${linkwardEntry}: Wrong (32-bit view)`]]],
+      ['removal', `reg delete "${linkwardEntry}" /f /reg:32 & reg add "${chromeHost}" /ve /d C:\\foreign.json /f`,
+        [['native messaging', `${chromeHost}: (default)`]]],
       ["installation without the console's program", `del "${rules}"`, [['files', rules]]],
       ['installation of a service that fails',
         `del "${shortcut}" & reg add "${linkwardEntry}" /v DisplayVersion /t REG_DWORD /d 1 /f`,
-        [...['arguments', 'description', 'file', 'icon', 'target', 'working folder'].map((what) => ['shortcut', what]),
+        [...shortcutFields.map((what) => ['shortcut', what]),
           ['uninstall entries', `${linkwardEntry}: DisplayVersion`]]],
       ['removal of a stopped service', 'schtasks /Create /F /TN Other /TR other.exe /SC DAILY /D X /ST 1 /RL Y /RU Z',
         ['account', 'name', 'recorded command', 'run level', 'runs', 'schedule'].map((what) => ['update task', what])],
-      ['installation once more', 'net stop VeyraLinkward', [['service', 'state']]],
+      ['installation once more', `net stop VeyraLinkward & reg add "${consoleEntry}" /v InstallDate /d 20000101 /f`,
+        [['service', 'state'], ['uninstall entries', `${consoleEntry}: InstallDate`]]],
       ['removal by the installed copy', `reg delete "${session}" /v PendingFileRenameOperations /f`,
-        [['at the next start', copy]]],
+        [['at the next start', copy], lostMove]],
       // The windows mend nothing: what is done from here on stays.
-      ['installation before the next start', 'rem', []],
+      ['installation before the next start', 'rem', [lostMove]],
       ['window', `reg add "${chromePolicy}" /v 1 /d foreign /f & echo more>>"${updater}" & md "${expected.consoleFolder}\\new"`,
-        [['browser policies', `${chromePolicy}: 1`], ['files', `${expected.consoleFolder}\\new`], ['files', updater]]],
-      ['window of the removal', 'rem', [['browser policies', `${chromePolicy}: 1`],
+        [lostMove, ['browser policies', `${chromePolicy}: 1`], ['files', `${expected.consoleFolder}\\new`], ['files', updater]]],
+      ['window of the removal', 'rem', [lostMove, ['browser policies', `${chromePolicy}: 1`],
         ['files', `${expected.consoleFolder}\\new`], ['files', updater]]],
-      ['last removal', `md "${distribution}"`, [['browser policies', `${chromePolicy}: 1`],
+      ['last removal', `md "${distribution}"`, [lostMove, ['browser policies', `${chromePolicy}: 1`],
         ['empty places', `${distribution}\\`]]],
     ];
     writeFileSync(machine.path('C:\\spoil.bat'), faults
@@ -188,6 +198,7 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
       [`REG_SZ ${process.env.ORVANTA_VERSION}`, 'REG_DWORD 1']);
     assert.deepEqual(values('installation once more', 'service', 'state'), ['running', 'stopped']);
     assert.deepEqual(values('removal by the installed copy', 'at the next start', copy), ['deleted', null]);
+    assert.deepEqual(values('last removal', ...lostMove), ['as it was', 'lost: C:\\a']);
     assert.ok(stdout.includes(`\n    DIFFERENT  state\n      expected running\n      found    stopped\n`));
     assert.ok(stdout.endsWith('\nNOT AS EXPECTED. Report: C:\\Kit\\acceptance.json\n'));
   });
@@ -209,6 +220,27 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
     }
     assert.deepEqual(rowOf(report, 'removal by the installed copy', 'program', 'exit code').found, 'none: it could not be started');
     await assertNothingInstalled(machine);
+  });
+
+  test('sees that an installation has not mended what was damaged before it', async (t) => {
+    const machine = await makeKitMachine(t);
+    // From the second step on, the medium's installer is a program that does nothing.
+    writeFileSync(machine.path('C:\\idle.bat'), `cd /d "%TEMP%"\r\nfor /d %%d in (acceptance*) do `
+      + `copy /y ${kit}\\products\\Fortwright.exe "%%d\\medium\\OrvantaInstaller.exe"\r\n`);
+    assert.equal((await acceptance(machine, [agreed, '--after-step', 'C:\\idle.bat >nul'])).code, 1);
+    const different = reportOf(machine).steps[1].rows.filter(({ outcome }) => outcome === 'different')
+      .map(({ area, what, found }) => [area, what.split('\\').at(-1), found === null]);
+    const all = (area, isMissing, names) => names.map((name) => [area, name, isMissing]);
+    assert.deepEqual(different, [
+      // The copies of the installer differ because the installer is another one now.
+      ...all('files', false, ['Fortwright.exe', 'updater.exe', 'Read me first.txt', 'VeyraLinkwardInstaller.exe',
+        'com.veyra.linkward.chromium.json']),
+      ...all('files', true, ['veyra-linkward.crx']),
+      ...all('files', false, ['malware-sites.vybf']),
+      ...all('native messaging', true, browserNames.map(() => 'com.veyra.linkward: (default)')),
+      ...all('shortcut', true, shortcutFields),
+      ...all('uninstall entries', true, ['FortwrightConsole: DisplayVersion', 'VeyraLinkward: DisplayVersion']),
+    ]);
   });
 
   test('ends a program that hangs, goes on and leaves the machine empty', async (t) => {
