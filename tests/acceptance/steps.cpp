@@ -25,7 +25,7 @@ class Run {
   public:
     Run(const Kit& kit, const AcceptanceOptions& options, const MachineState& before,
         const std::function<void(const std::wstring&)>& tell)
-        : options_(options), ground_(ground_of(before)), tell_(tell), media_(kit) {
+        : kit_(kit), options_(options), ground_(ground_of(before)), tell_(tell), media_(kit) {
         results_.program = kit.program;
         results_.program_sha256 = sha256(read_file(kit.program).value_or(""));
     }
@@ -70,19 +70,13 @@ class Run {
     [[nodiscard]] const Media& media() const { return media_; }
     [[nodiscard]] Results take_results() { return std::move(results_); }
 
-    // What the installer's own medium leads to.
+    // What an installation leads to. The bytes are the kit's: those of the media could have been changed.
     [[nodiscard]] Wanted both() const {
         Wanted wanted;
         wanted.has_console = true;
         wanted.has_linkward = true;
-        wanted.medium = media_.complete();
-        wanted.program = media_.installer();
-        return wanted;
-    }
-
-    [[nodiscard]] Wanted both_from(const std::wstring& medium) const {
-        Wanted wanted = both();
-        wanted.medium = medium;
+        wanted.medium = kit_.products;
+        wanted.program = kit_.program;
         return wanted;
     }
 
@@ -105,6 +99,7 @@ class Run {
         }
     }
 
+    const Kit& kit_;
     const AcceptanceOptions& options_;
     Ground ground_;
     const std::function<void(const std::wstring&)>& tell_;
@@ -146,13 +141,14 @@ Results run_steps(const Kit& kit, const AcceptanceOptions& options, const Machin
     run.step(L"installation over a damaged one", install, 0, run.both());
     run.step(L"removal", remove, 0, nothing);
 
-    Wanted web_protection_alone = run.both_from(run.media().incomplete());
+    Wanted web_protection_alone = run.both();
     web_protection_alone.has_console = false;
     web_protection_alone.console_was_tried = true;
     run.step(L"installation without the console's program", install_from(run.media().incomplete()), 1,
              web_protection_alone);
 
-    Wanted with_stopped_service = run.both_from(run.media().with_failing_service());
+    Wanted with_stopped_service = run.both();
+    with_stopped_service.medium = run.media().with_failing_service();
     with_stopped_service.service_state = L"stopped";
     run.step(L"installation of a service that fails", install_from(run.media().with_failing_service()), 0,
              with_stopped_service);
@@ -160,7 +156,7 @@ Results run_steps(const Kit& kit, const AcceptanceOptions& options, const Machin
 
     run.step(L"installation once more", install, 0, run.both());
     Wanted nothing_but_copy;
-    nothing_but_copy.program = run.media().installer();
+    nothing_but_copy.program = kit.program;
     nothing_but_copy.copy_waits_for_start = true;
     run.step(L"removal by the installed copy", registered_removal(), 0, nothing_but_copy);
     run.step(L"installation before the next start", install, 0, run.both());

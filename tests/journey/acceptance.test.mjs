@@ -232,9 +232,7 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
       .map(({ area, what, found }) => [area, what.split('\\').at(-1), found === null]);
     const all = (area, isMissing, names) => names.map((name) => [area, name, isMissing]);
     assert.deepEqual(different, [
-      // The copies of the installer differ because the installer is another one now.
-      ...all('files', false, ['Fortwright.exe', 'updater.exe', 'Read me first.txt', 'VeyraLinkwardInstaller.exe',
-        'com.veyra.linkward.chromium.json']),
+      ...all('files', false, ['Fortwright.exe', 'Read me first.txt', 'com.veyra.linkward.chromium.json']),
       ...all('files', true, ['veyra-linkward.crx']),
       ...all('files', false, ['malware-sites.vybf']),
       ...all('native messaging', true, browserNames.map(() => 'com.veyra.linkward: (default)')),
@@ -251,6 +249,9 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
     const report = reportOf(machine);
     assert.equal(code, 1);
     assert.equal(rowOf(report, 'installation', 'program', 'exit code').found, 'none: ended after the limit of 10 s');
+    // What the installer would have done next: it was ended indeed.
+    const next = rowOf(report, 'installation', 'uninstall entries', `HKLM\\${expected.consoleEntry('any').key}: DisplayName`);
+    assert.deepEqual([next.expected, next.found], ['REG_SZ Fortwright Console', null]);
     assert.equal(rowOf(report, 'last removal', 'program', 'exit code').found, '0');
     await assertNothingInstalled(machine);
   });
