@@ -46,9 +46,9 @@ void add_manifest(Facts& facts, const wchar_t* name, const std::string& text) {
 
 void add_console_files(Facts& facts, const std::wstring& medium, const std::wstring& program) {
     for (const wchar_t* const name : {console_program, console_library}) {
-        add_file_fact(facts, console_folder() + L"\\" + name, read_file(medium + L"\\" + name));
+        add_copy_fact(facts, console_folder() + L"\\" + name, medium + L"\\" + name);
     }
-    add_file_fact(facts, console_folder() + L"\\" + console_copy_name, read_file(program));
+    add_copy_fact(facts, console_folder() + L"\\" + console_copy_name, program);
 }
 
 void add_linkward_files(Facts& facts, const std::wstring& medium, const std::wstring& program) {
@@ -69,10 +69,10 @@ void add_linkward_files(Facts& facts, const std::wstring& medium, const std::wst
         if (entry.is_folder) {
             add_folder_fact(facts, path);
         } else {
-            add_file_fact(facts, path, read_file(medium + L"\\" + entry.path));
+            add_copy_fact(facts, path, medium + L"\\" + entry.path);
         }
     }
     add_manifest(facts, chromium_manifest_name, expected_chromium_manifest());
     add_manifest(facts, firefox_manifest_name, expected_firefox_manifest());
-    add_file_fact(facts, linkward_copy(), read_file(program));
+    add_copy_fact(facts, linkward_copy(), program);
 }

@@ -6,7 +6,6 @@
 #include "expected_registry.h"
 #include "places.h"
 #include "product_facts.h"
-#include "read_files.h"
 #include "this_system.h"
 
 namespace {
@@ -47,7 +46,7 @@ void add_shortcut(Facts& facts) {
 void add_waiting_copy(Facts& facts, const std::wstring& program) {
     add_folder_fact(facts, program_root());
     add_folder_fact(facts, linkward_folder());
-    add_file_fact(facts, linkward_copy(), read_file(program));
+    add_copy_fact(facts, linkward_copy(), program);
     add_pending_fact(facts, {linkward_copy(), L""});
 }
 

@@ -1,5 +1,6 @@
 #include "facts.h"
 
+#include "read_files.h"
 #include "sha256.h"
 #include "text_forms.h"
 
@@ -18,6 +19,15 @@ void add_file_fact(Facts& facts, const std::wstring& path, const std::optional<s
     add_fact(facts, L"files", path,
              bytes ? std::to_wstring(bytes->size()) + L" bytes, SHA-256 " + wide_from_utf8(sha256(*bytes))
                    : L"cannot be read");
+}
+
+void add_copy_fact(Facts& facts, const std::wstring& path, const std::wstring& original) {
+    const std::optional<std::string> bytes = read_file(original);
+    if (bytes) {
+        add_file_fact(facts, path, bytes);
+    } else {
+        add_fact(facts, L"files", path, L"a copy of " + original + L", which cannot be read");
+    }
 }
 
 void add_key_facts(Facts& facts, const std::wstring& area, const RegistryKey& key) {

@@ -18,6 +18,8 @@ void add_fact(Facts& facts, const std::wstring& area, const std::wstring& what, 
 void add_folder_fact(Facts& facts, const std::wstring& path);
 /// By size and SHA-256. `bytes` are nothing for a file that cannot be read.
 void add_file_fact(Facts& facts, const std::wstring& path, const std::optional<std::string>& bytes);
+/// A file with the bytes of another. One that cannot be read is like no file that is found.
+void add_copy_fact(Facts& facts, const std::wstring& path, const std::wstring& original);
 /// One fact for each value, with its type and data.
 void add_key_facts(Facts& facts, const std::wstring& area, const RegistryKey& key);
 void add_service_facts(Facts& facts, const Service& service);

@@ -107,7 +107,7 @@ std::vector<std::wstring> traces_of_products(const MachineState& state) {
         traces.push_back(L"the service " + state.service->name);
     }
     if (state.task) {
-        traces.push_back(L"the task " + state.task->name);
+        traces.push_back(L"the task " + state.task->name + L" (" + state.task->runs + L")");
     }
     if (state.shortcut) {
         traces.push_back(state.shortcut->path);

@@ -3,5 +3,5 @@
 #include <string>
 #include <string_view>
 
-/// In hexadecimal. Empty when Windows cannot compute it, which it always can.
+/// In hexadecimal. Throws std::runtime_error when Windows cannot compute it.
 std::string sha256(std::string_view bytes);

@@ -27,6 +27,7 @@ class Run {
         const std::function<void(const std::wstring&)>& tell)
         : kit_(kit), options_(options), ground_(ground_of(before)), tell_(tell), media_(kit) {
         results_.program = kit.program;
+        // Throws, if it does, before anything has been done.
         results_.program_sha256 = sha256(read_file(kit.program).value_or(""));
     }
 

@@ -71,3 +71,21 @@ TEST_CASE("a second value under one name is seen") {
     CHECK(facts.at({L"files", L"a"}) == L"1 | 3");
     CHECK(outcome_of(one, facts) == Outcome::different);
 }
+
+TEST_CASE("a file that cannot be read is like no other, not even like an original that cannot be read") {
+    Facts expected;
+    add_copy_fact(expected, L"a", L"C:\\nowhere\\original");
+    Facts found;
+    add_file_fact(found, L"a", std::nullopt);
+    CHECK(outcome_of(expected, found) == Outcome::different);
+}
+
+TEST_CASE("a file is told by its size and its SHA-256") {
+    Facts facts;
+    add_file_fact(facts, L"empty", std::string());
+    add_file_fact(facts, L"abc", std::string("abc"));
+    CHECK(utf8_from_wide(facts.at({L"files", L"empty"})) ==
+          "0 bytes, SHA-256 e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    CHECK(utf8_from_wide(facts.at({L"files", L"abc"})) ==
+          "3 bytes, SHA-256 ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+}
