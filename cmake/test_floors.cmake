@@ -40,6 +40,7 @@ set(ORVANTA_TEST_ENVIRONMENT
   "ORVANTA_BROWSER=$<TARGET_FILE:recorder_browser>"
   "ORVANTA_WITHOUT_RIGHTS=$<TARGET_FILE:without_rights>"
   "ORVANTA_MACHINE_REPORT=$<TARGET_FILE:machine_report>"
+  "ORVANTA_KIT=${CMAKE_BINARY_DIR}/kit"
   "ORVANTA_WEBVIEW2_STANDIN_DIR=$<TARGET_FILE_DIR:webview2_runtime_standin>")
 
 set(ORVANTA_WITH_MACHINE "${CMAKE_SOURCE_DIR}/tests/support/with_machine")

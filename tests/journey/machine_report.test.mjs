@@ -98,6 +98,19 @@ test('the task is the last one created and not deleted since', async (t) => {
   assert.equal((await machine.report()).task, null);
 });
 
+test('what waits for the next start comes from both lists, in whichever form Windows noted it', async (t) => {
+  const machine = await makeMachine(t);
+  const session = 'SYSTEM\\CurrentControlSet\\Control\\Session Manager';
+  // The form in which Windows keeps them is no list of texts to reg.exe: an empty text stands for a deletion.
+  const stored = (...texts) => Buffer.from([...texts, ''].map((text) => `${text}\0`).join(''), 'utf16le').toString('hex');
+  await addValue(machine, session, '/v', 'PendingFileRenameOperations', '/t', 'REG_BINARY', '/d',
+    stored('\\??\\C:\\gone.txt', '', '*1\\??\\C:\\new.txt', '!\\??\\C:\\old.txt'));
+  await addValue(machine, session, '/v', 'PendingFileRenameOperations2', '/t', 'REG_BINARY', '/d',
+    stored('*12\\??\\C:\\second.txt', ''));
+  assert.deepEqual((await machine.report()).pending, [{ from: 'C:\\gone.txt', to: '' },
+    { from: 'C:\\new.txt', to: '!\\??\\C:\\old.txt' }, { from: 'C:\\second.txt', to: '' }]);
+});
+
 test('an argument that it does not know gives one line and exit code 2', async (t) => {
   const machine = await makeMachine(t);
   const { code, stdout, stderr } = await text(machine, '--xml');

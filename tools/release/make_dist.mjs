@@ -8,12 +8,8 @@
 // in, and from the packages that the program was built with.
 
 import { spawnSync } from 'node:child_process';
-import {
-  chmodSync, copyFileSync, mkdirSync, mkdtempSync, readdirSync, readFileSync, renameSync, rmSync, statSync, utimesSync,
-  writeFileSync,
-} from 'node:fs';
-import { tmpdir } from 'node:os';
-import { basename, dirname, join } from 'node:path';
+import { copyFileSync, mkdirSync, readdirSync, readFileSync, renameSync, rmSync, statSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 import { output, releaseFacts, sha256 } from './facts.mjs';
@@ -21,6 +17,7 @@ import { linkedLibraries, setupStub } from './linked_libraries.mjs';
 import { thirdPartyNotices } from './notices.mjs';
 import { spdxDocument } from './sbom.mjs';
 import { wingetManifests } from './winget.mjs';
+import { makeZip } from './zip.mjs';
 
 const root = fileURLToPath(new URL('../../', import.meta.url));
 const json = (value) => `${JSON.stringify(value, null, 2)}\n`;
@@ -40,34 +37,6 @@ function buildTools() {
   }
   const system = /^PRETTY_NAME="(.*)"$/m.exec(readFileSync('/etc/os-release', 'utf8'))[1];
   return { system, tools, packages, npm_lock_sha256: sha256(join(root, 'package-lock.json')) };
-}
-
-/** A zip whose bytes depend on names and contents alone: one time for all, one mode, in order. */
-function makeZip(zip, files, time) {
-  const staged = mkdtempSync(join(tmpdir(), 'orvanta-release-'));
-  try {
-    for (const [name, content] of files) {
-      const file = join(staged, name);
-      mkdirSync(dirname(file), { recursive: true });
-      if (Buffer.isBuffer(content)) {
-        writeFileSync(file, content);
-      } else {
-        copyFileSync(content, file);
-      }
-      chmodSync(file, 0o644);
-      utimesSync(file, time, time);
-    }
-    const made = spawnSync('zip', ['-q', '-X', '-9', 'made.zip', '-@'], {
-      cwd: staged, encoding: 'utf8', input: files.map(([name]) => `${name}\n`).join(''),
-      env: { PATH: process.env.PATH, TZ: 'UTC', LC_ALL: 'C.UTF-8' },
-    });
-    if (made.status !== 0) {
-      throw new Error(`zip could not make ${basename(zip)}: ${made.stdout}${made.stderr}`);
-    }
-    copyFileSync(join(staged, 'made.zip'), zip);
-  } finally {
-    rmSync(staged, { recursive: true });
-  }
 }
 
 /** What the build record says of a file that may have been signed. */

@@ -1,144 +1,95 @@
 #include "json_report.h"
 
-#include <initializer_list>
-#include <utility>
-
+#include "json_text.h"
 #include "text_forms.h"
 
 namespace {
 
-std::string quoted(std::string_view text_utf8) {
-    std::string result = "\"";
-    for (const char byte : text_utf8) {
-        if (byte == '"' || byte == '\\') {
-            result += '\\';
-            result += byte;
-        } else if (static_cast<unsigned char>(byte) < 0x20) {
-            constexpr std::string_view digits = "0123456789abcdef";
-            result += "\\u00";
-            result += digits[static_cast<size_t>(byte) >> 4];
-            result += digits[static_cast<size_t>(byte) & 15];
-        } else {
-            result += byte;
-        }
-    }
-    return result + '"';
-}
-
-std::string quoted(std::wstring_view text) {
-    return quoted(utf8_from_wide(text));
-}
-std::string boolean(bool value) {
-    return value ? "true" : "false";
-}
-
-// Names and values that are JSON already.
-std::string object(std::initializer_list<std::pair<const char*, std::string>> fields) {
-    std::string result;
-    for (const auto& [name, value] : fields) {
-        result += (result.empty() ? "\"" : ",\"") + std::string(name) + "\":" + value;
-    }
-    return "{" + result + "}";
-}
-
-template<typename Items, typename ToJson>
-std::string list(const Items& items, ToJson to_json) {
-    std::string result;
-    for (const auto& item : items) {
-        result += (result.empty() ? "" : ",") + std::string(to_json(item));
-    }
-    return "[" + result + "]";
-}
-
-template<typename Item, typename ToJson>
-std::string or_null(const std::optional<Item>& item, ToJson to_json) {
-    return item ? to_json(*item) : "null";
-}
-
 std::string tree_json(const FolderTree& tree) {
-    return object({{"root", quoted(tree.root)}, {"entries", list(tree.entries, [](const TreeEntry& entry) {
-                                                     return object(
-                                                         {{"path", quoted(entry.path)},
-                                                          {"folder", boolean(entry.is_folder)},
-                                                          {"link", boolean(entry.is_link)},
-                                                          {"size", std::to_string(entry.size_bytes)}});
-                                                 })}});
+    return json_object({{"root", json_string(tree.root)},
+                        {"entries", json_list(tree.entries, [](const TreeEntry& entry) {
+                             return json_object({{"path", json_string(entry.path)},
+                                                 {"folder", json_boolean(entry.is_folder)},
+                                                 {"link", json_boolean(entry.is_link)},
+                                                 {"size", std::to_string(entry.size_bytes)}});
+                         })}});
 }
 
 std::string value_json(const RegistryValue& value) {
-    return object({{"name", quoted(value.name)},
-                   {"type", quoted(registry_type_name(value.type))},
-                   {"data", quoted(value.text)}});
+    return json_object({{"name", json_string(value.name)},
+                        {"type", json_string(registry_type_name(value.type))},
+                        {"data", json_string(value.text)}});
 }
 
 std::string key_json(const RegistryKey& key) {
-    return object({{"label", quoted(key.label)},
-                   {"key", quoted(key.path)},
-                   {"view", key.is_32_bit_view ? "32" : "64"},
-                   {"values", list(key.values, value_json)}});
+    return json_object({{"label", json_string(key.label)},
+                        {"key", json_string(key.path)},
+                        {"view", key.is_32_bit_view ? "32" : "64"},
+                        {"values", json_list(key.values, value_json)}});
 }
 
 std::string service_json(const Service& service) {
-    return object(
-        {{"name", quoted(service.name)},
-         {"display_name", quoted(service.display_name)},
-         {"description", quoted(service.description)},
-         {"program", quoted(service.program)},
-         {"account", quoted(service.account)},
-         {"start", quoted(service.start_type)},
-         {"state", quoted(service.state)},
-         {"type", std::to_string(service.service_type)},
-         {"error_control", std::to_string(service.error_control)},
-         {"load_order_group", quoted(service.load_order_group)},
-         {"has_dependencies", boolean(service.has_dependencies)},
-         {"reset_period_seconds", std::to_string(service.reset_period_seconds)},
-         {"actions", list(service.actions, [](const ServiceAction& action) {
-              return object({{"kind", quoted(action.kind)}, {"delay_ms", std::to_string(action.delay_ms)}});
-          })}});
+    return json_object({{"name", json_string(service.name)},
+                        {"display_name", json_string(service.display_name)},
+                        {"description", json_string(service.description)},
+                        {"program", json_string(service.program)},
+                        {"account", json_string(service.account)},
+                        {"start", json_string(service.start_type)},
+                        {"state", json_string(service.state)},
+                        {"type", std::to_string(service.service_type)},
+                        {"error_control", std::to_string(service.error_control)},
+                        {"load_order_group", json_string(service.load_order_group)},
+                        {"has_dependencies", json_boolean(service.has_dependencies)},
+                        {"reset_period_seconds", std::to_string(service.reset_period_seconds)},
+                        {"actions", json_list(service.actions, [](const ServiceAction& action) {
+                             return json_object({{"kind", json_string(action.kind)},
+                                                 {"delay_ms", std::to_string(action.delay_ms)}});
+                         })}});
 }
 
 std::string task_json(const ScheduledTask& task) {
-    return object({{"name", quoted(task.name)},
-                   {"runs", quoted(task.runs)},
-                   {"schedule", quoted(task.schedule)},
-                   {"account", quoted(task.account)},
-                   {"run_level", quoted(task.run_level)},
-                   {"command", quoted(task.recorded)}});
+    return json_object({{"name", json_string(task.name)},
+                        {"runs", json_string(task.runs)},
+                        {"schedule", json_string(task.schedule)},
+                        {"account", json_string(task.account)},
+                        {"run_level", json_string(task.run_level)},
+                        {"command", json_string(task.recorded)}});
 }
 
 std::string shortcut_json(const Shortcut& shortcut) {
-    return object({{"path", quoted(shortcut.path)},
-                   {"target", quoted(shortcut.target)},
-                   {"arguments", quoted(shortcut.arguments)},
-                   {"description", quoted(shortcut.description)},
-                   {"icon", quoted(shortcut.icon)},
-                   {"icon_index", std::to_string(shortcut.icon_index)},
-                   {"working_folder", quoted(shortcut.working_folder)}});
+    return json_object({{"path", json_string(shortcut.path)},
+                        {"target", json_string(shortcut.target)},
+                        {"arguments", json_string(shortcut.arguments)},
+                        {"description", json_string(shortcut.description)},
+                        {"icon", json_string(shortcut.icon)},
+                        {"icon_index", std::to_string(shortcut.icon_index)},
+                        {"working_folder", json_string(shortcut.working_folder)}});
 }
 
 std::string manifest_json(const TextFile& file) {
-    return object({{"path", quoted(file.path)}, {"text", quoted(std::string_view(file.bytes))}});
+    return json_object(
+        {{"path", json_string(file.path)}, {"text", json_string(std::string_view(file.bytes))}});
 }
 
 std::string pending_json(const PendingMove& move) {
-    return object({{"from", quoted(move.from)}, {"to", quoted(move.to)}});
+    return json_object({{"from", json_string(move.from)}, {"to", json_string(move.to)}});
 }
 
 } // namespace
 
 std::string json_report(const MachineState& state) {
-    const auto text_json = [](const std::wstring& text) { return quoted(text); };
-    return object({{"empty", boolean(is_empty(state))},
-                   {"trees", list(state.trees, tree_json)},
-                   {"uninstall", list(state.uninstall, key_json)},
-                   {"hosts", list(state.hosts, key_json)},
-                   {"manifests", list(state.manifests, manifest_json)},
-                   {"policies", list(state.policies, key_json)},
-                   {"service", or_null(state.service, service_json)},
-                   {"task", or_null(state.task, task_json)},
-                   {"task_calls", list(state.task_calls, text_json)},
-                   {"shortcut", or_null(state.shortcut, shortcut_json)},
-                   {"pending", list(state.pending, pending_json)},
-                   {"left_behind", list(state.left_behind, text_json)}}) +
+    const auto text_json = [](const std::wstring& text) { return json_string(text); };
+    return json_object({{"empty", json_boolean(is_empty(state))},
+                        {"trees", json_list(state.trees, tree_json)},
+                        {"uninstall", json_list(state.uninstall, key_json)},
+                        {"hosts", json_list(state.hosts, key_json)},
+                        {"manifests", json_list(state.manifests, manifest_json)},
+                        {"policies", json_list(state.policies, key_json)},
+                        {"service", json_or_null(state.service, service_json)},
+                        {"task", json_or_null(state.task, task_json)},
+                        {"task_calls", json_list(state.task_calls, text_json)},
+                        {"shortcut", json_or_null(state.shortcut, shortcut_json)},
+                        {"pending", json_list(state.pending, pending_json)},
+                        {"left_behind", json_list(state.left_behind, text_json)}}) +
            "\n";
 }

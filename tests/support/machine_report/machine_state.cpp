@@ -7,6 +7,8 @@
 #include "read_service.h"
 #include "read_shortcut.h"
 #include "read_task.h"
+#include "system_task.h"
+#include "this_system.h"
 #include "watched_places.h"
 
 namespace {
@@ -81,7 +83,8 @@ MachineState read_machine_state() {
     read_manifests(state);
     state.service = read_service(L"VeyraLinkward");
     state.task_calls = read_task_calls();
-    state.task = task_after(state.task_calls);
+    // On Wine schtasks.exe is a recorder, and Task Scheduler hears nothing of it.
+    state.task = is_wine() ? task_after(state.task_calls) : read_system_task(L"Brackenfold\\FWC Updater");
     state.shortcut = read_shortcut(watched_shortcut());
     state.pending = read_pending_moves();
     read_empty_keys(state);

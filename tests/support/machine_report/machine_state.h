@@ -65,7 +65,7 @@ struct ScheduledTask {
     std::wstring schedule;
     std::wstring account;
     std::wstring run_level;
-    std::wstring recorded; ///< the whole command line that made it
+    std::wstring recorded; ///< the whole command line that made it, where a recorder took it down
 };
 
 struct Shortcut {

@@ -76,6 +76,36 @@ std::vector<std::wstring> subkey_names(HKEY key) {
     return names;
 }
 
+// Newer versions of Windows put "*" and a digit before a path.
+std::wstring without_prefix(const std::wstring& path) {
+    const size_t start = path.empty() || path[0] != L'*' ? 0 : path.find_first_not_of(L"0123456789", 1);
+    constexpr std::wstring_view prefix = L"\\??\\";
+    return start != std::wstring::npos && path.compare(start, prefix.size(), prefix) == 0
+               ? path.substr(start + prefix.size())
+               : path;
+}
+
+void append_moves(HKEY key, const wchar_t* name, std::vector<PendingMove>& moves) {
+    DWORD size = 0;
+    RegQueryValueExW(key, name, nullptr, nullptr, nullptr, &size);
+    std::vector<BYTE> data(size);
+    RegQueryValueExW(key, name, nullptr, nullptr, data.data(), &size);
+
+    // Pairs of texts, each with its terminator; an empty second one means deletion, which is
+    // why this list cannot be read as an ordinary list of texts. One more terminator ends it.
+    std::vector<std::wstring> texts(1);
+    for (const wchar_t unit : wide_from_bytes(data)) {
+        if (unit == L'\0') {
+            texts.emplace_back();
+        } else {
+            texts.back() += unit;
+        }
+    }
+    for (size_t i = 0; i + 1 < texts.size() && !texts[i].empty(); i += 2) {
+        moves.push_back({without_prefix(texts[i]), texts[i + 1]});
+    }
+}
+
 } // namespace
 
 std::vector<RegistryKey> read_keys(const std::wstring& label, const std::wstring& path, bool is_32_bit_view) {
@@ -115,29 +145,9 @@ std::vector<PendingMove> read_pending_moves() {
     if (key == nullptr) {
         return moves;
     }
-    const wchar_t* name = L"PendingFileRenameOperations";
-    DWORD size = 0;
-    RegQueryValueExW(key, name, nullptr, nullptr, nullptr, &size);
-    std::vector<BYTE> data(size);
-    RegQueryValueExW(key, name, nullptr, nullptr, data.data(), &size);
+    for (const wchar_t* const name : {L"PendingFileRenameOperations", L"PendingFileRenameOperations2"}) {
+        append_moves(key, name, moves);
+    }
     RegCloseKey(key);
-
-    // Pairs of texts, each with its terminator; an empty second one means deletion, which is
-    // why this list cannot be read as an ordinary list of texts. One more terminator ends it.
-    std::vector<std::wstring> texts(1);
-    for (const wchar_t unit : wide_from_bytes(data)) {
-        if (unit == L'\0') {
-            texts.emplace_back();
-        } else {
-            texts.back() += unit;
-        }
-    }
-    for (size_t i = 0; i + 1 < texts.size() && !texts[i].empty(); i += 2) {
-        constexpr std::wstring_view prefix = L"\\??\\";
-        if (texts[i].compare(0, prefix.size(), prefix) == 0) {
-            texts[i].erase(0, prefix.size());
-        }
-        moves.push_back({texts[i], texts[i + 1]});
-    }
     return moves;
 }

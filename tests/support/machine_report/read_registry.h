@@ -9,5 +9,5 @@ std::vector<RegistryKey> read_keys(const std::wstring& label, const std::wstring
 /// True when the key is there (64-bit view) and neither it nor any key below it holds a value.
 bool is_empty_key(const std::wstring& path);
 
-/// What Windows is to rename or delete at its next start, in order.
+/// What Windows is to rename or delete at its next start, in order: both lists, one behind the other.
 std::vector<PendingMove> read_pending_moves();

@@ -89,12 +89,16 @@ void write_service(std::wstring& report, const Service& service) {
 }
 
 void write_task(std::wstring& report, const ScheduledTask& task) {
-    heading(report, L"Scheduled task (as recorded in place of schtasks.exe)");
+    const bool is_recorded = !task.recorded.empty();
+    heading(report,
+            is_recorded ? L"Scheduled task (as recorded in place of schtasks.exe)" : L"Scheduled task");
     line(report, L"Name", task.name);
     line(report, L"Runs", task.runs);
     line(report, L"When", task.schedule);
     line(report, L"Account", task.account + L", run level " + task.run_level);
-    line(report, L"Command", task.recorded);
+    if (is_recorded) {
+        line(report, L"Command", task.recorded);
+    }
 }
 
 void write_shortcut(std::wstring& report, const Shortcut& shortcut) {
