@@ -144,7 +144,7 @@ test('when packages cannot be installed the end of what apt-get said follows', (
 test('a system without apt-get or without a way to become root is told so', (t) => {
   const without = makeSystem(t, {}, { alone: true }).bootstrap('bench');
   assert.deepEqual([without.status, without.stderr], [1,
-    'bootstrap: there is no apt-get to install packages with; Debian 12 and 13 can be set up (see README.md)\n']);
+    'bootstrap: there is no apt-get to install packages with; this needs Debian 12 or 13 (see README.md)\n']);
   const nobody = makeSystem(t, { id: 'echo 1000', 'apt-get': 'exit 0' }, { alone: true }).bootstrap('bench');
   assert.deepEqual([nobody.status, nobody.stderr], [1,
     'bootstrap: these packages are missing, and there is neither root nor sudo: nsis time\n']);
