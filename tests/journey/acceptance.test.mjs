@@ -96,7 +96,7 @@ describe('the acceptance kit', { concurrency: 3 }, () => {
     assert.ok(stdout.endsWith('\nAll as expected. Report: C:\\Kit\\acceptance.json\n'));
 
     await assertNothingInstalled(machine);
-    const temporary = readdirSync(machine.path(`C:\\users\\${machine.user}\\Temp`));
+    const temporary = readdirSync(machine.path(await machine.temporaryFolder()));
     assert.deepEqual(temporary.filter((name) => name.startsWith('acceptance')), []);
   });
 

@@ -50,7 +50,7 @@ describe('the setup file', { concurrency: 3 }, () => {
 
   for (const [option, screen] of [['', 's-welcome'], ['--uninstall-gui', 's-uninstall-confirm']]) {
     test(`opens the window ${option || 'without options'} and ends with it`, async (t) => {
-      const machine = giveSetup(await makeWindowMachine(t, surroundings), suite);
+      const machine = await giveSetup(await makeWindowMachine(t, surroundings), suite);
       const { program, ended } = await openInstaller(t, surroundings, machine,
         { starter: setupFile, options: option ? [option] : [] });
       await atScreen(program, screen);
@@ -136,7 +136,7 @@ describe('the setup file', { concurrency: 3 }, () => {
     cpSync(products, shipped, { recursive: true });
     writeFileSync(join(shipped, 'noise.bin'), noise);
     const whole = readFileSync(packSetup({ from: built('ORVANTA_BROWSER'), shipped }));
-    const machine = giveSetup(await makeWindowMachine(t, surroundings), probe);
+    const machine = await giveSetup(await makeWindowMachine(t, surroundings), probe);
     const place = whole.indexOf(noise);
     assert.ok(place > 0);
     const changed = Buffer.from(whole);

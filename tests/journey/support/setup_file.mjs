@@ -21,11 +21,11 @@ export function packSetup({ from, shipped = products } = {}) {
 }
 
 /** Makes of a machine one that has a setup file and nothing else of ours. */
-export function giveSetup(machine, file) {
+export async function giveSetup(machine, file) {
   rmSync(machine.path(setupFolder), { recursive: true });
   mkdirSync(dirname(machine.path(setupFile)));
   cpSync(file, machine.path(setupFile));
-  return machine;
+  return Object.assign(machine, { temporary: machine.path(await machine.temporaryFolder()) });
 }
 export const makeMachineWithSetup = async (t, file) => giveSetup(await makeMachine(t), file);
 
@@ -33,8 +33,7 @@ export const makeMachineWithSetup = async (t, file) => giveSetup(await makeMachi
 export const unpacked = (machine) => readdirSync(machine.path('C:\\Program Files')).filter((name) => ours.test(name)).sort();
 
 /** What NSIS has in the user's temporary folder at this moment. */
-export const temporary = (machine) =>
-  readdirSync(machine.path(`C:\\users\\${machine.user}\\Temp`)).filter((name) => /^ns/i.test(name));
+export const temporary = (machine) => readdirSync(machine.temporary).filter((name) => /^ns/i.test(name));
 
 export function assertTidy(machine) {
   assert.deepEqual([unpacked(machine), temporary(machine)], [[], []]);
