@@ -39,10 +39,15 @@ void add_key_facts(Facts& facts, const std::wstring& area, const RegistryKey& ke
     }
 }
 
-void add_service_facts(Facts& facts, const Service& service) {
-    const auto add = [&](const wchar_t* what, const std::wstring& value) {
-        add_fact(facts, L"service", what, value);
+/// Adds facts of one area, by name and value.
+auto adder(Facts& facts, const wchar_t* area) {
+    return [&facts, area](const wchar_t* what, const std::wstring& value) {
+        add_fact(facts, area, what, value);
     };
+}
+
+void add_service_facts(Facts& facts, const Service& service) {
+    const auto add = adder(facts, L"service");
     add(L"name", service.name);
     add(L"display name", service.display_name);
     add(L"description", service.description);
@@ -64,9 +69,7 @@ void add_service_facts(Facts& facts, const Service& service) {
 }
 
 void add_task_facts(Facts& facts, const ScheduledTask& task) {
-    const auto add = [&](const wchar_t* what, const std::wstring& value) {
-        add_fact(facts, L"update task", what, value);
-    };
+    const auto add = adder(facts, L"update task");
     add(L"name", task.name);
     add(L"runs", task.runs);
     add(L"schedule", task.schedule);
@@ -78,9 +81,7 @@ void add_task_facts(Facts& facts, const ScheduledTask& task) {
 }
 
 void add_shortcut_facts(Facts& facts, const Shortcut& shortcut) {
-    const auto add = [&](const wchar_t* what, const std::wstring& value) {
-        add_fact(facts, L"shortcut", what, value);
-    };
+    const auto add = adder(facts, L"shortcut");
     add(L"file", shortcut.path);
     add(L"target", shortcut.target);
     add(L"arguments", shortcut.arguments);
