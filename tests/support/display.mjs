@@ -5,7 +5,9 @@ import { once } from 'node:events';
 
 /** Starts a screen and returns its name, such as ":7", and the function that ends it. */
 export async function startDisplay({ width = 1600, height = 1200 } = {}) {
-  const server = spawn('Xvfb', ['-displayfd', '3', '-screen', '0', `${width}x${height}x24`, '-nolisten', 'tcp'],
+  // When its last client leaves, it would start afresh and turn away who comes in that moment: -noreset.
+  const server = spawn('Xvfb',
+    ['-displayfd', '3', '-screen', '0', `${width}x${height}x24`, '-nolisten', 'tcp', '-noreset'],
     { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
   // The number comes once the screen can be used.
   const [number] = await Promise.race([
