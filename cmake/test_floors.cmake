@@ -44,6 +44,12 @@ set(ORVANTA_TEST_ENVIRONMENT
   "ORVANTA_WEBVIEW2_STANDIN_DIR=$<TARGET_FILE_DIR:webview2_runtime_standin>")
 
 set(ORVANTA_WITH_MACHINE "${CMAKE_SOURCE_DIR}/tests/support/with_machine")
+set(ORVANTA_ON_ONE_PROCESSOR "${CMAKE_SOURCE_DIR}/tests/support/on_one_processor")
+
+# Tests of what happens at the same time: they have every processor.
+function(orvanta_on_all_processors)
+  set_tests_properties(${ARGN} PROPERTIES RESOURCE_GROUPS "")
+endfunction()
 
 # A line "Fixed behaviour: ..." in a file of tests says that a file or a case of it holds on to how something is done,
 # and why. The test then has the label "fixed" as well.
@@ -64,9 +70,11 @@ function(orvanta_add_doctest NAME LABEL PROGRAM)
     list(PREPEND launcher "${CMAKE_SOURCE_DIR}/tests/support/with_display")
   endif()
   add_test(NAME "${NAME}"
-    COMMAND "${CMAKE_SOURCE_DIR}/tests/support/run_doctest" ${launcher} "$<TARGET_FILE:${PROGRAM}>" ${ARGN})
+    COMMAND "${ORVANTA_ON_ONE_PROCESSOR}" "${CMAKE_SOURCE_DIR}/tests/support/run_doctest" ${launcher}
+      "$<TARGET_FILE:${PROGRAM}>" ${ARGN})
   set_tests_properties("${NAME}" PROPERTIES
     LABELS "${LABEL}"
+    RESOURCE_GROUPS processors:1
     # A filter that matches nothing must not pass for a test.
     FAIL_REGULAR_EXPRESSION "test cases: +0 "
     ENVIRONMENT "${ORVANTA_TEST_ENVIRONMENT}")
@@ -92,12 +100,14 @@ function(orvanta_add_node_tests LABEL TIMEOUT_SECONDS)
     get_filename_component(name "${file}" NAME)
     string(REPLACE ".test.mjs" "" name "${name}")
     add_test(NAME "${LABEL}.${name}"
-      COMMAND /usr/bin/env node "${CMAKE_SOURCE_DIR}/tests/support/run_node_tests.mjs" "${file}")
+      COMMAND "${ORVANTA_ON_ONE_PROCESSOR}" /usr/bin/env node "${CMAKE_SOURCE_DIR}/tests/support/run_node_tests.mjs"
+        "${file}")
     set_tests_properties("${LABEL}.${name}" PROPERTIES
       LABELS "${LABEL}"
       TIMEOUT ${TIMEOUT_SECONDS}
       COST ${TIMEOUT_SECONDS}
       PROCESSORS 2
+      RESOURCE_GROUPS processors:2
       # run_node_tests.mjs says so where this system can run none of a file's tests.
       SKIP_RETURN_CODE 77
       ENVIRONMENT "${ORVANTA_TEST_ENVIRONMENT}")
