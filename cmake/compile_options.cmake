@@ -21,6 +21,7 @@ if(MSVC)
 else()
   target_compile_options(orvanta_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    $<$<CXX_COMPILER_ID:Clang>:-Wreserved-identifier>
     -fstack-protector-strong -ffunction-sections -fdata-sections -fno-ident
     # The same bytes wherever the tree lies on the disk.
     "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=." "-ffile-prefix-map=${CMAKE_BINARY_DIR}=./build")

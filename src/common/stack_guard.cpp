@@ -21,14 +21,16 @@ std::uintptr_t unpredictable_value() {
 
 } // namespace
 
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the compiler's own names
+// Under the names that the compiler knows them by.
 extern "C" {
 
 /// Stands between the local variables and the return address of every protected function.
-std::uintptr_t __stack_chk_guard = 0;
+std::uintptr_t g_stack_guard asm("__stack_chk_guard") = 0;
+
+[[noreturn]] void end_overrun_process() asm("__stack_chk_fail");
 
 /// Ends the process at once: nothing on this stack is to be trusted any more, exception handlers included.
-[[noreturn]] void __stack_chk_fail() {
+void end_overrun_process() {
     // What __fastfail does, which not every version of the headers has.
     asm volatile("int $0x29" : : "c"(FAST_FAIL_STACK_COOKIE_CHECK_FAILURE));
     __builtin_unreachable();
@@ -41,8 +43,7 @@ namespace {
 // it put down.
 __attribute__((constructor(101))) void draw_stack_guard() {
     // The lowest byte is zero, so that no text that runs over can hold the value.
-    __stack_chk_guard = unpredictable_value() & ~static_cast<std::uintptr_t>(0xff);
+    g_stack_guard = unpredictable_value() & ~static_cast<std::uintptr_t>(0xff);
 }
 
 } // namespace
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)

@@ -16,9 +16,8 @@
 #include "runs/uninstall_run.h"
 #include "test_files.h"
 
-// The compiler's own name.
-extern "C" std::uintptr_t
-    __stack_chk_guard; // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
+// Under the name that the compiler knows it by.
+extern "C" std::uintptr_t g_stack_guard asm("__stack_chk_guard");
 
 namespace {
 
@@ -135,7 +134,7 @@ std::optional<int> play_child_role() {
         return mistake();
     }
     if (name == role_tell_stack_guard) {
-        return (__stack_chk_guard & 0xff) == 0 ? static_cast<int>(__stack_chk_guard >> 8 & 0x7fffffff) : 0;
+        return (g_stack_guard & 0xff) == 0 ? static_cast<int>(g_stack_guard >> 8 & 0x7fffffff) : 0;
     }
     return 99;
 }
