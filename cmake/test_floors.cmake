@@ -21,6 +21,10 @@ target_include_directories(orvanta_doctest INTERFACE "${CMAKE_SOURCE_DIR}/tests"
 target_link_libraries(orvanta_doctest INTERFACE orvanta_options)
 # Its own locks and thread-local values need std::mutex; our cases check on one thread.
 target_compile_definitions(orvanta_doctest INTERFACE DOCTEST_CONFIG_NO_MULTITHREADING)
+# Nobody waits for a test's own code, but for its compilation: what a test has for itself is not optimized.
+if(NOT MSVC)
+  target_compile_options(orvanta_doctest INTERFACE -O0)
+endif()
 
 if(NOT ORVANTA_MACHINE_TESTS)
   function(orvanta_add_doctest NAME LABEL PROGRAM)
